@@ -1,0 +1,11 @@
+#include "bgl/airport_model.h"
+
+std::string Airport_List_Text(const Airport_Rec& airport) {
+    std::string text;
+    text.reserve(airport.ident.size() + airport.name.size() + 3);
+    text += airport.ident;
+    text += " (";
+    text += airport.name;
+    text += ')';
+    return text;
+}

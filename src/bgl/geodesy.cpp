@@ -1,0 +1,123 @@
+#include "bgl/geodesy.h"
+
+#include <cmath>
+
+#include "platform/rounding.h"
+#include "scenery/magdec.h"
+
+double Asin(double x) {
+    if (x < -1 || x > 1) {
+        return 0;
+    }
+    return 2 * std::atan(x / (1 + std::sqrt(1 - x * x)));
+}
+
+double Acos(double x) {
+    if (x < -1 || x > 1) {
+        return 0;
+    }
+    if (x >= 0) {
+        return 2 * std::atan(std::sqrt((1 - x) / (1 + x)));
+    }
+    return pi - 2 * std::atan(std::sqrt((1 + x) / (1 - x)));
+}
+
+double Fmod(double a, double b) {
+    double r = a - b * std::floor(a / b);
+    if (r < 0) {
+        r += b;
+    }
+    return r;
+}
+
+namespace {
+
+// The routine works with longitudes positive to the west.
+Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distance_nm,
+                          int decimals) {
+    double phi1 = lat * degrees_to_radians;
+    double lambda1 = -lon * degrees_to_radians;
+    double tc = course * degrees_to_radians;
+    double delta = distance_nm * nautical_miles_to_radians;
+    double phi2 =
+        Asin(std::sin(delta) * std::cos(phi1) * std::cos(tc) + std::cos(delta) * std::sin(phi1));
+    double lambda2;
+    if (std::cos(phi2) == 0) {
+        lambda2 = lambda1;
+    } else {
+        lambda2 =
+            Fmod(lambda1 - Asin(std::sin(tc) * std::sin(delta) / std::cos(phi2)) + pi, two_pi) -
+            pi;
+    }
+    Geo_Point_Rec result;
+    result.lat = Round_Decimals(phi2 * radians_to_degrees, decimals);
+    result.lon = Round_Decimals(-lambda2 * radians_to_degrees, decimals);
+    return result;
+}
+
+} // namespace
+
+Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double distance_metres) {
+    return Destination(lat, lon, course, std::fabs(distance_metres) / metres_per_nautical_mile,
+                       6);
+}
+
+Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course,
+                                       int16_t distance_nm) {
+    double nm = distance_nm < 0 ? 0.0 : static_cast<double>(distance_nm);
+    return Destination(lat, lon, course, nm, 5);
+}
+
+Geo_Point_Rec Destination_Feet(double lat, double lon, int16_t course, int16_t distance_ft) {
+    double nm = distance_ft < 0 ? 0.0 : distance_ft / 6080.0;
+    return Destination(lat, lon, course, nm, 5);
+}
+
+double Central_Angle(double lat1, double lon1, double lat2, double lon2) {
+    double la1 = lat1 * degrees_to_radians;
+    double lo1 = lon1 * degrees_to_radians;
+    double la2 = lat2 * degrees_to_radians;
+    double lo2 = lon2 * degrees_to_radians;
+    if (std::trunc(la1 - la2) == 0 && std::trunc(lo2 - lo1) == 0) {
+        // Haversine: accurate for short distances.
+        double s_lat = std::sin((la1 - la2) / 2);
+        double s_lon = std::sin((lo1 - lo2) / 2);
+        double a = s_lat * s_lat + std::cos(la1) * std::cos(la2) * s_lon * s_lon;
+        return 2 * Asin(std::sqrt(a));
+    }
+    return Acos(std::sin(la1) * std::sin(la2) +
+                std::cos(la1) * std::cos(la2) * std::cos(lo1 - lo2));
+}
+
+int16_t Great_Circle_Distance(double lat1, double lon1, double lat2, double lon2) {
+    return To_I16(Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles);
+}
+
+int16_t Distance_Feet(double lat1, double lon1, double lat2, double lon2) {
+    double nm = Round_Decimals(Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles,
+                               5);
+    // 6080 feet to the nautical mile, the chart's round figure.
+    double feet = Round_Decimals(nm * 6080, 5);
+    if (feet > 32767) {
+        feet = 32767;
+    }
+    return To_I16(feet);
+}
+
+int16_t Great_Circle_Bearing(const Magvar_Grid& grid, double lat1, double lon1, double lat2,
+                             double lon2) {
+    double d = Central_Angle(lat1, lon1, lat2, lon2);
+    double la1 = lat1 * degrees_to_radians;
+    double la2 = lat2 * degrees_to_radians;
+    double dlon = lon2 * degrees_to_radians - lon1 * degrees_to_radians;
+    double crs = 0;
+    if (d != 0) {
+        double c =
+            Acos((std::sin(la2) - std::cos(d) * std::sin(la1)) / (std::cos(la1) * std::sin(d)));
+        crs = std::sin(dlon) < 0 ? c : two_pi - c;
+    }
+    // crs runs counter-clockwise; the clockwise bearing has its fraction rounded upwards.
+    double r = 360 - std::floor(crs * 180 / pi);
+    int16_t bearing = Normalize_Degrees(To_I16(r));
+    return True_To_Magnetic(grid, bearing, lat1, lon1);
+}

@@ -1,0 +1,39 @@
+// Great-circle routines on a unit sphere, distances as central angles, one nautical mile
+// one minute of arc. pi is the 15-digit constant everywhere, and every factor below is
+// derived from it once, so that the program's numbers agree to the last bit.
+#pragma once
+
+#include <cstdint>
+
+#include "bgl/airport_model.h"
+#include "scenery/magvar_grid.h"
+
+constexpr double pi = 3.14159265358979;
+constexpr double two_pi = 6.28318530717958;
+constexpr double degrees_to_radians = pi / 180;
+constexpr double radians_to_degrees = 180 / pi;
+constexpr double nautical_miles_to_radians = pi / 10800;
+constexpr double radians_to_nautical_miles = 10800 / pi;
+constexpr double metres_per_nautical_mile = 1852;
+
+// Arc sine and arc cosine that give 0 for an argument outside -1..1.
+double Asin(double x);
+double Acos(double x);
+// a - b * floor(a / b), lifted by b when below 0.
+double Fmod(double a, double b);
+
+// Position reached from lat, lon on a course (true degrees). Results are rounded to 6
+// decimals (Project_Point) or 5 decimals (the other two).
+Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double distance_metres);
+Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course,
+                                       int16_t distance_nm);
+Geo_Point_Rec Destination_Feet(double lat, double lon, int16_t course, int16_t distance_ft);
+
+// Central angle between two points, radians.
+double Central_Angle(double lat1, double lon1, double lat2, double lon2);
+int16_t Great_Circle_Distance(double lat1, double lon1, double lat2, double lon2);
+int16_t Distance_Feet(double lat1, double lon1, double lat2, double lon2);
+// Bearing from the first point to the second as a whole magnetic heading, with the
+// variation taken at the first point.
+int16_t Great_Circle_Bearing(const Magvar_Grid& grid, double lat1, double lon1, double lat2,
+                             double lon2);

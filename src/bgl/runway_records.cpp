@@ -1,0 +1,143 @@
+#include <cmath>
+
+#include "bgl/airport_model.h"
+#include "bgl/airport_stream.h"
+#include "bgl/geodesy.h"
+#include "platform/rounding.h"
+#include "scenery/magdec.h"
+
+namespace {
+
+constexpr double Earth_Circumference_M = 40007000;
+
+// Suffixes of the designator codes 0 to 4, as seen from the primary end; the reciprocal
+// end swaps left and right.
+constexpr const char* kPrimarySuffix[] = {"", "L", "R", "C", "H"};
+constexpr const char* kReciprocalSuffix[] = {"", "R", "L", "C", "H"};
+
+double Fold_Longitude(double lon) {
+    if (lon > 180) {
+        lon -= 360;
+    }
+    if (lon < -180) {
+        lon += 360;
+    }
+    return lon;
+}
+
+struct Runway_Geometry {
+    double heading_1 = 0; // true heading of the primary end
+    double heading_2 = 0; // of the reciprocal end: heading_1 - 180
+    double end1_lat = 0, end1_lon = 0, end2_lat = 0, end2_lon = 0;
+};
+
+void Decode_ILS(Airport_Walk_State& state, int64_t rec, const Runway_Geometry& runway,
+                Airport_Rec& airport) {
+    const Bgl_Image& image = state.image;
+    double lat = Decode_Latitude(Read_Int32(image, rec + 12));
+    double lon = Decode_Longitude(Read_Int32(image, rec + 20));
+    double true_heading = (Read_Int32(image, rec + 32) / 65536.0) * 360 / 65536;
+    int16_t whole_heading = To_I16(true_heading);
+    int32_t size = Read_Int32(image, rec + 4);
+
+    airport.ils_count += 1;
+    airport.ils.Resize_Keep(static_cast<size_t>(airport.ils_count));
+    ILS_Rec& ils = airport.ils[static_cast<size_t>(airport.ils_count - 1)];
+    ils.ils_name = Read_Text(image, rec + 56, Clamp_I16(static_cast<int64_t>(size) + 8 - 56));
+    ils.lat = lat;
+    ils.lon = lon;
+    ils.frequency = Frequency_Text(Decode_Frequency(Read_Int32(image, rec + 36)));
+    // The magnetic heading is taken at the record's own position, before the seating.
+    ils.mag_heading = True_To_Magnetic(state.grid, whole_heading, lat, lon);
+    // No field links an ILS to its runway: it sits on the end whose heading it shares.
+    if (whole_heading == To_I16(runway.heading_1)) {
+        ils.lat = runway.end1_lat;
+        ils.lon = runway.end1_lon;
+    }
+    if (whole_heading == To_I16(runway.heading_2)) {
+        ils.lat = runway.end2_lat;
+        ils.lon = runway.end2_lon;
+    }
+}
+
+} // namespace
+
+int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airport_Rec& airport) {
+    Bgl_Image& image = state.image;
+    const double lat_c = Decode_Latitude(Read_Int32(image, rec + 12));
+    const double lon_c = Decode_Longitude(Read_Int32(image, rec + 20));
+    const int32_t elevation = Read_Int32(image, rec + 28);
+    const double altitude = elevation / 0.3048;
+    const double a = Read_Int32(image, rec + 32) / 65536.0;
+    const int32_t length_raw = Read_Int32(image, rec + 40);
+    const int32_t width_raw = Read_Int32(image, rec + 44);
+    const int32_t code = Read_Int32(image, rec + 48);
+    const int32_t number = Read_Int32(image, rec + 52);
+
+    // The drawn runway of anything over 300 m stops 30 m short at either end.
+    double length_m = length_raw * 0.3048;
+    if (length_m > 300) {
+        length_m -= 60;
+    }
+    Runway_Geometry g;
+    g.heading_1 = 360 * a / 65536;
+    g.heading_2 = 360 * (a - 32768) / 65536;
+    const double dy = std::cos(degrees_to_radians * g.heading_1) * length_m;
+    const double dx = std::sin(degrees_to_radians * g.heading_1) * length_m;
+    const double half_lat = (360 * dy * 0.5) / Earth_Circumference_M;
+    const double half_lon =
+        (360 * dx * 0.5) / (std::cos(degrees_to_radians * lat_c) * Earth_Circumference_M);
+    g.end1_lat = lat_c - half_lat;
+    g.end1_lon = Fold_Longitude(lon_c - half_lon);
+    g.end2_lat = lat_c + half_lat;
+    g.end2_lon = Fold_Longitude(lon_c + half_lon);
+
+    // Designators. A number of 37 or more, or an unknown code, keeps the texts of the
+    // runway before.
+    if (number < 37) {
+        int32_t reciprocal = number + 18;
+        if (reciprocal > 36) {
+            reciprocal -= 36;
+        }
+        if (code >= 0 && code <= 4) {
+            state.end1_text = std::to_string(number) + kPrimarySuffix[code];
+            state.end2_text = std::to_string(reciprocal) + kReciprocalSuffix[code];
+        }
+    }
+
+    airport.runway_count += 1;
+    airport.runways.Resize_Keep(static_cast<size_t>(airport.runway_count));
+    Runway_Rec& runway = airport.runways[static_cast<size_t>(airport.runway_count - 1)];
+    runway.end1_name = state.end1_text;
+    runway.end2_name = state.end2_text;
+    runway.end1_lat = g.end1_lat;
+    runway.end1_lon = g.end1_lon;
+    runway.end2_lat = g.end2_lat;
+    runway.end2_lon = g.end2_lon;
+    runway.altitude_ft = To_I32(altitude);
+    runway.end1_heading = True_To_Magnetic(state.grid, g.heading_1, g.end1_lat, g.end1_lon);
+    runway.end2_heading = True_To_Magnetic(state.grid, g.heading_2, g.end2_lat, g.end2_lon);
+    runway.length_raw = length_raw;
+    runway.width_raw = width_raw;
+
+    // The ILS of this runway stand directly behind it as navaid records.
+    const int64_t file_length = Bgl_File_Length(image);
+    int64_t offset = static_cast<int64_t>(Read_Int32(image, rec + 4)) + 8;
+    for (;;) {
+        const int64_t nav = rec + offset;
+        if (Read_Int32(image, nav) != Record_Navaid) {
+            return offset; // the stream walk reads this record again
+        }
+        const int64_t length = static_cast<int64_t>(Read_Int32(image, nav + 4)) + 8;
+        if (length <= 0 || nav >= file_length) {
+            return -1;
+        }
+        if (!Charge_Walk(image, length < file_length - nav ? length : file_length - nav)) {
+            return -1;
+        }
+        if (Read_Int32(image, nav + 40) == Navaid_Kind_ILS) {
+            Decode_ILS(state, nav, g, airport);
+        }
+        offset += length;
+    }
+}

@@ -1,0 +1,38 @@
+// A dynamic array that knows whether it was ever allocated. The program's arrays either
+// grow one slot at a time keeping a spare empty top slot, or are allocated once from a
+// count; an array that was never allocated is stored and treated differently from one
+// that holds a single empty slot.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+template <class T> struct Dyn_Array {
+    bool allocated = false;
+    std::vector<T> items;
+
+    // Resize to hold slots 0 to upper_bound, keeping the contents.
+    void Resize_Keep(size_t upper_bound) {
+        allocated = true;
+        items.resize(upper_bound + 1);
+    }
+    // Allocate exactly n slots afresh, discarding the contents (n may be 0).
+    void Allocate(size_t n) {
+        allocated = true;
+        items.assign(n, T{});
+    }
+    // Reallocate to a single empty slot.
+    void Release() {
+        allocated = true;
+        items.assign(1, T{});
+    }
+    // Back to never allocated.
+    void Clear() {
+        allocated = false;
+        items.clear();
+    }
+    size_t Slot_Count() const { return items.size(); }
+    T& operator[](size_t i) { return items[i]; }
+    const T& operator[](size_t i) const { return items[i]; }
+    bool operator==(const Dyn_Array&) const = default;
+};

@@ -1,0 +1,14 @@
+// The record of the configuration file "quilmark_config.cfg".
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+struct Config_Rec {
+    std::string title;       // "Quilmark v1.1"
+    uint8_t format_mark = 0; // always written as 1
+    uint8_t fs_version = 0;  // 1: Microsoft Flight Simulator 2002
+    std::string fs_path;     // the simulator's main directory
+    int32_t airport_count = 0;
+    bool operator==(const Config_Rec&) const = default;
+};

@@ -1,0 +1,35 @@
+// The state the whole program shares. The application owns one instance and hands a
+// reference to each form and sequence; a test makes its own.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "airspace/airspace_model.h"
+#include "bgl/airport_model.h"
+#include "platform/dyn_array.h"
+#include "scenery/magvar_grid.h"
+#include "scenery/scenery_area.h"
+#include "shell/config_rec.h"
+
+struct Module1 {
+    // Configuration file and its working copies.
+    Config_Rec config;
+    uint8_t fs_version = 0;
+    std::string fs_path;
+    int32_t airport_count = 0;
+
+    // Scenery inventory.
+    Magvar_Grid magvar_grid{};
+    Dyn_Array<Scenery_Area> scenery_areas; // spare empty top slot
+    int16_t scenery_area_count = 0;
+    std::string atc_data_path;
+
+    // Airports: the filled entries are 0 to airport_count - 1; one spare slot on top.
+    Dyn_Array<Airport_Rec> airports;
+    Airport_Rec current_airport;
+
+    // Airspace around current_airport.
+    Dyn_Array<Airspace_Rec> airspaces;
+    int32_t airspace_count = 0;
+};
