@@ -32,4 +32,20 @@ struct Module1 {
     // Airspace around current_airport.
     Dyn_Array<Airspace_Rec> airspaces;
     int32_t airspace_count = 0;
+
+    // Display options of the chart; the chart's load sets them all on.
+    bool follow_aircraft = false;
+    bool show_ils = false;
+    bool show_taxiways = false;
+    bool show_taxiway_ids = false;
+    bool show_gates = false;
+    bool show_airspace = false;
+    uint8_t altimeter_units = 0; // 0 millibars, 1 inches of mercury
+
+    // The user's aircraft, live from the simulator link.
+    bool fsuipc_connected = false;
+    double aircraft_lat = 0;
+    double aircraft_lon = 0;
+    int16_t aircraft_heading = 0; // true, whole degrees; negative past 180
+    double altimeter_value = 0;
 };
