@@ -48,8 +48,8 @@ float Read_Float(int32_t word);
 bool Has_Bgl_Marker(const Bgl_Image& image);
 
 // Number encodings shared by the BGL records.
-double Decode_Latitude(int32_t raw);           // raw * 90 / 10001750
-double Decode_Longitude(int32_t raw);          // raw * 360 / 2^32 (runways, navaids)
+double Decode_Latitude(int32_t raw);            // raw * 90 / 10001750
+double Decode_Longitude(int32_t raw);           // raw * 360 / 2^32 (runways, navaids)
 double Decode_Reference_Longitude(int32_t raw); // raw * 360 / (2^32 + 1) (airport point)
 // A frequency word holds binary-coded decimal digits: 0x01187500 is 118.75 MHz.
 double Decode_Frequency(int32_t word);

@@ -46,8 +46,7 @@ Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distanc
         lambda2 = lambda1;
     } else {
         lambda2 =
-            Fmod(lambda1 - Asin(std::sin(tc) * std::sin(delta) / std::cos(phi2)) + pi, two_pi) -
-            pi;
+            Fmod(lambda1 - Asin(std::sin(tc) * std::sin(delta) / std::cos(phi2)) + pi, two_pi) - pi;
     }
     Geo_Point_Rec result;
     result.lat = Round_Decimals(phi2 * radians_to_degrees, decimals);
@@ -58,8 +57,7 @@ Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distanc
 } // namespace
 
 Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double distance_metres) {
-    return Destination(lat, lon, course, std::fabs(distance_metres) / metres_per_nautical_mile,
-                       6);
+    return Destination(lat, lon, course, std::fabs(distance_metres) / metres_per_nautical_mile, 6);
 }
 
 Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course,
@@ -94,8 +92,8 @@ int16_t Great_Circle_Distance(double lat1, double lon1, double lat2, double lon2
 }
 
 int16_t Distance_Feet(double lat1, double lon1, double lat2, double lon2) {
-    double nm = Round_Decimals(Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles,
-                               5);
+    double nm =
+        Round_Decimals(Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles, 5);
     // 6080 feet to the nautical mile, the chart's round figure.
     double feet = Round_Decimals(nm * 6080, 5);
     if (feet > 32767) {

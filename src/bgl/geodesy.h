@@ -25,8 +25,7 @@ double Fmod(double a, double b);
 // Position reached from lat, lon on a course (true degrees). Results are rounded to 6
 // decimals (Project_Point) or 5 decimals (the other two).
 Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double distance_metres);
-Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course,
-                                       int16_t distance_nm);
+Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course, int16_t distance_nm);
 Geo_Point_Rec Destination_Feet(double lat, double lon, int16_t course, int16_t distance_ft);
 
 // Central angle between two points, radians.

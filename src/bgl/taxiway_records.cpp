@@ -23,13 +23,13 @@ constexpr int32_t Max_List_Count = 32767;
 
 const char* Parking_Name_Text(int64_t code) {
     static const char* const kNames[] = {
-        nullptr,      "Parking",    "N Parking",  "NE Parking", "E Parking", "SE Parking",
-        "S Parking",  "SW Parking", "W Parking",  "NW Parking", "Gate",      "Dock",
-        "Gate A",     "Gate B",     "Gate C",     "Gate D",     "Gate E",    "Gate F",
-        "Gate G",     "Gate H",     "Gate I",     "Gate J",     "Gate K",    "Gate L",
-        "Gate M",     "Gate N",     "Gate O",     "Gate P",     "Gate Q",    "Gate R",
-        "Gate S",     "Gate T",     "Gate U",     "Gate V",     "Gate W",    "Gate X",
-        "Gate Y",     "Gate Z"};
+        nullptr,     "Parking",    "N Parking", "NE Parking", "E Parking", "SE Parking",
+        "S Parking", "SW Parking", "W Parking", "NW Parking", "Gate",      "Dock",
+        "Gate A",    "Gate B",     "Gate C",    "Gate D",     "Gate E",    "Gate F",
+        "Gate G",    "Gate H",     "Gate I",    "Gate J",     "Gate K",    "Gate L",
+        "Gate M",    "Gate N",     "Gate O",    "Gate P",     "Gate Q",    "Gate R",
+        "Gate S",    "Gate T",     "Gate U",    "Gate V",     "Gate W",    "Gate X",
+        "Gate Y",    "Gate Z"};
     if (code < 1 || code > 37) {
         return nullptr;
     }
@@ -158,7 +158,8 @@ void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& a
                 const int64_t e = first + 12 * static_cast<int64_t>(i);
                 Taxi_Point_Rec& point = airport.taxi_points[i];
                 point.point_kind = Read_Int32(image, e);
-                Geo_Point_Rec p = Offset_Position(state, Float_At(image, e + 4), Float_At(image, e + 8));
+                Geo_Point_Rec p =
+                    Offset_Position(state, Float_At(image, e + 4), Float_At(image, e + 8));
                 point.lat = p.lat;
                 point.lon = p.lon;
             }
@@ -169,7 +170,8 @@ void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& a
             for (size_t i = 0; i < count; ++i) {
                 const int64_t e = first + 20 * static_cast<int64_t>(i);
                 Parking_Rec& spot = airport.parkings[i];
-                Geo_Point_Rec p = Offset_Position(state, Float_At(image, e), Float_At(image, e + 4));
+                Geo_Point_Rec p =
+                    Offset_Position(state, Float_At(image, e), Float_At(image, e + 4));
                 spot.lat = p.lat;
                 spot.lon = p.lon;
                 spot.radius_ft = To_I32(static_cast<double>(Float_At(image, e + 8)) / 0.3048);

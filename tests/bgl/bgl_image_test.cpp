@@ -80,11 +80,16 @@ TEST(BglEncodings, PositionsAndFrequencies) {
     const struct {
         int32_t word;
         const char* text;
-    } freqs[] = {{0x01187500, "118.75"}, {0x01215000, "121.5"}, {0x01100000, "110"},
-                 {0x01199000, "119.9"},  {0x00000001, "0.0001"}, {0, "0"},
+    } freqs[] = {{0x01187500, "118.75"},
+                 {0x01215000, "121.5"},
+                 {0x01100000, "110"},
+                 {0x01199000, "119.9"},
+                 {0x00000001, "0.0001"},
+                 {0, "0"},
                  {static_cast<int32_t>(0x99999999u), "9999.9999"},
                  // digits A to F mean nothing: reading stops at the first of them
-                 {0x011A7500, "0.0011"}, {static_cast<int32_t>(0xF1187500u), "0"}};
+                 {0x011A7500, "0.0011"},
+                 {static_cast<int32_t>(0xF1187500u), "0"}};
     for (const auto& f : freqs) {
         EXPECT_EQ(Frequency_Text(Decode_Frequency(f.word)), f.text) << std::hex << f.word;
     }

@@ -7,7 +7,7 @@
 TEST(RoundHalfEven, WholeNumbersGoToTheEvenNeighbourOnlyOnExactHalves) {
     const struct {
         double in, out;
-    } cases[] = {{0.5, 0},   {1.5, 2},   {2.5, 2},   {-0.5, -0}, {-1.5, -2},
+    } cases[] = {{0.5, 0},   {1.5, 2},    {2.5, 2},    {-0.5, -0},    {-1.5, -2},
                  {-2.5, -2}, {2.4999, 2}, {2.5001, 3}, {1e300, 1e300}};
     for (const auto& c : cases) {
         EXPECT_EQ(Round_Half_Even(c.in), c.out) << c.in;
@@ -46,8 +46,9 @@ TEST(RoundDecimals, AgreesWithExactDecimalExpansionOnManyValues) {
         std::string kept = s.substr(0, point + 1 + d);
         std::string rest = s.substr(point + 1 + d);
         long double base = std::strtold(kept.c_str(), nullptr);
-        int cmp = rest[0] > '5' ? 1 : rest[0] < '5' ? -1
-                  : (rest.find_first_not_of('0', 1) == std::string::npos ? 0 : 1);
+        int cmp = rest[0] > '5'   ? 1
+                  : rest[0] < '5' ? -1
+                                  : (rest.find_first_not_of('0', 1) == std::string::npos ? 0 : 1);
         long long last = std::llabs(std::llroundl(base * std::pow(10.0L, d))) % 10;
         bool up = cmp > 0 || (cmp == 0 && last % 2 == 1);
         long long units = std::llroundl(std::fabs(base) * std::pow(10.0L, d)) + (up ? 1 : 0);

@@ -5,7 +5,9 @@
 #include <fstream>
 #include <stdexcept>
 
-void Byte_Writer::U8(uint8_t v) { bytes.push_back(v); }
+void Byte_Writer::U8(uint8_t v) {
+    bytes.push_back(v);
+}
 
 void Byte_Writer::I16(int16_t v) {
     auto u = static_cast<uint16_t>(v);
@@ -20,7 +22,9 @@ void Byte_Writer::I32(int32_t v) {
     }
 }
 
-void Byte_Writer::F32(float v) { I32(Float_Bits(v)); }
+void Byte_Writer::F32(float v) {
+    I32(Float_Bits(v));
+}
 
 void Byte_Writer::F64(double v) {
     uint64_t u;
@@ -37,9 +41,13 @@ void Byte_Writer::Text(std::string_view text, size_t padded_length) {
     }
 }
 
-void Byte_Writer::Zeros(size_t n) { bytes.insert(bytes.end(), n, 0); }
+void Byte_Writer::Zeros(size_t n) {
+    bytes.insert(bytes.end(), n, 0);
+}
 
-void Byte_Writer::Append(const Bytes& more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
+void Byte_Writer::Append(const Bytes& more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
 
 void Byte_Writer::Patch_I32(size_t at, int32_t v) {
     auto u = static_cast<uint32_t>(v);
@@ -328,8 +336,17 @@ Bytes Build_Magdec(const std::vector<int16_t>& values, int32_t grid_position) {
 
 void Write_File(const std::string& path, const Bytes& bytes) {
     std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
     if (!out) {
         throw std::runtime_error("cannot write " + path);
     }
+}
+
+int32_t Read_Int32_Le(const Bytes& bytes, size_t at) {
+    uint32_t v = 0;
+    for (size_t i = 0; i < 4; ++i) {
+        v |= static_cast<uint32_t>(bytes.at(at + i)) << (8 * i);
+    }
+    return static_cast<int32_t>(v);
 }

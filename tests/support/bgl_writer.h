@@ -26,11 +26,11 @@ struct Byte_Writer {
 };
 
 // Inverses of the decoders' number encodings.
-int32_t Encode_Latitude(double degrees);             // degrees * 10001750 / 90
-int32_t Encode_Longitude(double degrees);            // runway, navaid: degrees * 2^32 / 360
-int32_t Encode_Reference_Longitude(double degrees);  // reference point: 2^32 + 1
-int32_t Encode_Heading(double degrees);              // 32-bit angle, 65536 * 65536 a turn
-int32_t Encode_Frequency(double mhz);                // 118.75 -> 0x01187500
+int32_t Encode_Latitude(double degrees);            // degrees * 10001750 / 90
+int32_t Encode_Longitude(double degrees);           // runway, navaid: degrees * 2^32 / 360
+int32_t Encode_Reference_Longitude(double degrees); // reference point: 2^32 + 1
+int32_t Encode_Heading(double degrees);             // 32-bit angle, 65536 * 65536 a turn
+int32_t Encode_Frequency(double mhz);               // 118.75 -> 0x01187500
 int32_t Float_Bits(float v);
 
 // A record: type, size (the payload's length), payload.
@@ -114,8 +114,8 @@ struct Airport_Group {
 struct Bgl_File_Spec {
     uint32_t marker = 0x87654321u;
     int32_t layout_word = 1;
-    std::vector<Airport_Group> groups; // the airport section; none: no section
-    Bytes boundary_section;            // laid out as given; empty: no section
+    std::vector<Airport_Group> groups;                // the airport section; none: no section
+    Bytes boundary_section;                           // laid out as given; empty: no section
     std::optional<int32_t> airport_section_position;  // replaces the real one when set
     std::optional<int32_t> boundary_section_position; // likewise
 };
@@ -143,3 +143,6 @@ template <class F> std::vector<int16_t> Magdec_Values(F value_at) {
 }
 
 void Write_File(const std::string& path, const Bytes& bytes);
+
+// The little-endian word at a position of a byte vector.
+int32_t Read_Int32_Le(const Bytes& bytes, size_t at);

@@ -32,9 +32,12 @@ void Write_Airport_Json(Json_Out& json, const Airport_Rec& a) {
     json.Key("lon");
     json.Number(a.lon);
     const std::pair<const char*, const std::string*> freqs[] = {
-        {"clearance_freq", &a.clearance_freq}, {"ground_freq", &a.ground_freq},
-        {"tower_freq", &a.tower_freq},         {"departure_freq", &a.departure_freq},
-        {"approach_freq", &a.approach_freq},   {"center_freq", &a.center_freq},
+        {"clearance_freq", &a.clearance_freq},
+        {"ground_freq", &a.ground_freq},
+        {"tower_freq", &a.tower_freq},
+        {"departure_freq", &a.departure_freq},
+        {"approach_freq", &a.approach_freq},
+        {"center_freq", &a.center_freq},
         {"atis_freq", &a.atis_freq}};
     for (const auto& [key, value] : freqs) {
         json.Key(key);

@@ -77,8 +77,8 @@ int Command_Bgl(const std::vector<std::string>& args, std::ostream& out, std::os
 } // namespace
 
 int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    using Command = std::function<int(const std::vector<std::string>&, std::ostream&,
-                                      std::ostream&)>;
+    using Command =
+        std::function<int(const std::vector<std::string>&, std::ostream&, std::ostream&)>;
     static const std::map<std::string, Command> commands = {
         {"bgl", Command_Bgl},
     };

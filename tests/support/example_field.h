@@ -1,0 +1,8 @@
+// KXYZ "Example Field": one airport with two runways, an ILS on each end of the first,
+// a VOR between them, an ILS that sits on neither end, comm records of every kind and
+// a taxiway block with points, parking, runway and taxiway paths and names.
+#pragma once
+
+#include "support/bgl_writer.h"
+
+Bytes Example_Field();
