@@ -1,0 +1,38 @@
+// The airport database file "all_fs_airports.dat": every airport of the world as decoded
+// once, so that later starts read one file instead of every scenery file. No header and no
+// count: the records one after another, the last being the empty spare slot of the list;
+// the count lives in the configuration file.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "bgl/airport_model.h"
+#include "platform/dyn_array.h"
+
+constexpr const char* Database_File_Name = "all_fs_airports.dat";
+
+// The file's bytes for the slots of a list, every slot in index order.
+std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airports);
+
+// Writes every slot of the list to the file at a native path, through a temporary file
+// beside it that is then renamed over it. False (and the old file untouched) on failure.
+bool Write_Airport_Database(const std::string& native_path, const Dyn_Array<Airport_Rec>& airports);
+
+enum class Database_Read_Result {
+    Ok,
+    Cannot_Open,
+    Damaged, // shorter than the count says, or records that do not decode
+};
+
+// Reads airport_count + 1 records into a list of that many slots. Anything behind them is
+// left unread. On failure the list is left released (a single empty slot).
+Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
+                                             int32_t airport_count,
+                                             Dyn_Array<Airport_Rec>& airports);
+Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
+                                           Dyn_Array<Airport_Rec>& airports);
+
+// Writes bytes to a native path through a temporary file renamed over it.
+bool Write_File_Atomically(const std::string& native_path, const std::vector<uint8_t>& bytes);

@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include "scenery/airport_database.h"
+#include "support/bgl_writer.h"
+#include "support/decode.h"
+#include "support/example_field.h"
+
+namespace {
+
+Bytes Le16(uint16_t v) {
+    return {static_cast<uint8_t>(v), static_cast<uint8_t>(v >> 8)};
+}
+Bytes Le32(uint32_t v) {
+    return {static_cast<uint8_t>(v), static_cast<uint8_t>(v >> 8), static_cast<uint8_t>(v >> 16),
+            static_cast<uint8_t>(v >> 24)};
+}
+
+// The list the database build leaves for the Example Field file.
+Dyn_Array<Airport_Rec> Decoded_Example() {
+    auto m = std::make_unique<Module1>();
+    Decode_Bgl_Bytes(*m, Example_Field());
+    return m->airports;
+}
+
+} // namespace
+
+TEST(AirportDatabase, EmptyWorldIsOneSixtyFourByteRecord) {
+    Dyn_Array<Airport_Rec> airports;
+    airports.Release();
+    const Bytes bytes = Encode_Airport_Database(airports);
+    Bytes expected(9 * 2, 0);              // nine empty texts
+    expected.resize(expected.size() + 16); // two zero doubles
+    for (int i = 0; i < 5; ++i) {          // five unallocated arrays and their counts
+        expected.insert(expected.end(), {0, 0, 0, 0, 0, 0});
+    }
+    EXPECT_EQ(bytes.size(), 64u);
+    EXPECT_EQ(bytes, expected);
+
+    Dyn_Array<Airport_Rec> back;
+    EXPECT_EQ(Decode_Airport_Database(bytes, 0, back), Database_Read_Result::Ok);
+    EXPECT_EQ(back.Slot_Count(), 1u);
+    EXPECT_EQ(back[0], Airport_Rec{});
+}
+
+TEST(AirportDatabase, ArrayDescriptorsWithAndWithoutTaxiways) {
+    Airport_Rec plain;
+    plain.ident = "K1";
+    plain.runway_count = 2;
+    plain.runways.Resize_Keep(2); // two runways and the spare slot
+    Dyn_Array<Airport_Rec> airports;
+    airports.Resize_Keep(1);
+    airports[0] = plain;
+    const Bytes bytes = Encode_Airport_Database(airports);
+    // ident, name, lat, lon, seven frequencies, then the runways' descriptor.
+    size_t at = 2 + 2 + 2 + 16 + 7 * 2;
+    EXPECT_EQ(
+        Bytes(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 10),
+        Concat({Le16(1), Le32(3), Le32(0)}));
+    at += 10 + 3 * (4 + 48);
+    EXPECT_EQ(
+        Bytes(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 6),
+        Concat({Le32(2), Le16(0)})); // runway_count, then ils never allocated
+    // Three taxiway lists of dimension 0 with their zero counts close the record.
+    EXPECT_EQ(Bytes(bytes.end() - 64 - 18, bytes.end() - 64),
+              Concat({Le16(0), Le32(0), Le16(0), Le32(0), Le16(0), Le32(0)}));
+
+    // With taxiway data: exactly the count, no spare slot.
+    Dyn_Array<Airport_Rec> example = Decoded_Example();
+    const Bytes full = Encode_Airport_Database(example);
+    Dyn_Array<Airport_Rec> back;
+    ASSERT_EQ(Decode_Airport_Database(full, 1, back), Database_Read_Result::Ok);
+    EXPECT_EQ(back, example);
+    EXPECT_EQ(back[0].taxi_points.Slot_Count(), 3u);
+    EXPECT_EQ(back[0].runways.Slot_Count(), 3u);
+    EXPECT_EQ(back[0].ils.Slot_Count(), 4u);
+}
+
+TEST(AirportDatabase, TextsKeepTheirCodePageBytes) {
+    Dyn_Array<Airport_Rec> airports;
+    airports.Resize_Keep(1);
+    airports[0].name = "Z\xDCRICH \x80";
+    const Bytes bytes = Encode_Airport_Database(airports);
+    EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + 2), Le16(0)); // empty ident
+    EXPECT_EQ(Bytes(bytes.begin() + 2, bytes.begin() + 4), Le16(8));
+    Dyn_Array<Airport_Rec> back;
+    ASSERT_EQ(Decode_Airport_Database(bytes, 1, back), Database_Read_Result::Ok);
+    EXPECT_EQ(back[0].name, "Z\xDCRICH \x80");
+}
+
+TEST(AirportDatabase, CountFromTheConfigurationDecidesHowMuchIsRead) {
+    Dyn_Array<Airport_Rec> example = Decoded_Example();
+    const Bytes bytes = Encode_Airport_Database(example);
+    Dyn_Array<Airport_Rec> back;
+    // A count of 0 beside a filled file reads one record: the first airport, never listed.
+    ASSERT_EQ(Decode_Airport_Database(bytes, 0, back), Database_Read_Result::Ok);
+    EXPECT_EQ(back.Slot_Count(), 1u);
+    EXPECT_EQ(back[0].ident, "KXYZ");
+    // A count larger than the file holds is damage.
+    EXPECT_EQ(Decode_Airport_Database(bytes, 2, back), Database_Read_Result::Damaged);
+    EXPECT_EQ(Decode_Airport_Database(bytes, -1, back), Database_Read_Result::Damaged);
+    EXPECT_EQ(Decode_Airport_Database(bytes, 2000000000, back), Database_Read_Result::Damaged);
+    EXPECT_EQ(back.Slot_Count(), 1u); // released, never half-read
+}
+
+TEST(AirportDatabase, EveryCutAndBadDescriptorIsDamage) {
+    const Bytes bytes = Encode_Airport_Database(Decoded_Example());
+    Dyn_Array<Airport_Rec> back;
+    for (size_t length = 0; length < bytes.size(); ++length) {
+        ASSERT_EQ(Decode_Airport_Database(
+                      Bytes(bytes.begin(), bytes.begin() + static_cast<long>(length)), 1, back),
+                  Database_Read_Result::Damaged)
+            << length;
+    }
+    Bytes bad = bytes;
+    // "KXYZ", "EXAMPLE FIELD", lat, lon, then "128.35" "121.7" "119.9" "126.05" "124.75"
+    // "132.1" "118", each text behind its length.
+    const size_t runways = 6 + 15 + 16 + 8 + 7 + 7 + 8 + 8 + 7 + 5;
+    ASSERT_EQ(Bytes(bad.begin() + static_cast<long>(runways),
+                    bad.begin() + static_cast<long>(runways) + 2),
+              Le16(1));
+    bad[runways] = 2; // two dimensions
+    EXPECT_EQ(Decode_Airport_Database(bad, 1, back), Database_Read_Result::Damaged);
+    bad = bytes;
+    bad[runways + 2] = 0xFF; // an element count far beyond the file
+    bad[runways + 5] = 0x7F;
+    EXPECT_EQ(Decode_Airport_Database(bad, 1, back), Database_Read_Result::Damaged);
+}
+
+TEST(AirportDatabase, WrittenThroughATemporaryFile) {
+    const std::string path = ::testing::TempDir() + "/all_fs_airports.dat";
+    Dyn_Array<Airport_Rec> example = Decoded_Example();
+    ASSERT_TRUE(Write_Airport_Database(path, example));
+    Dyn_Array<Airport_Rec> back;
+    ASSERT_EQ(Read_Airport_Database(path, 1, back), Database_Read_Result::Ok);
+    EXPECT_EQ(back, example);
+    EXPECT_EQ(Read_Airport_Database(path + ".none", 1, back), Database_Read_Result::Cannot_Open);
+    // A folder that cannot take the file leaves nothing behind.
+    EXPECT_FALSE(Write_Airport_Database(::testing::TempDir() + "/no/such/dir/x.dat", example));
+}
