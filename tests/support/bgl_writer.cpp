@@ -92,6 +92,18 @@ int32_t Float_Bits(float v) {
     return bits;
 }
 
+void Append_Bytes(Bytes& to, const Bytes& more) {
+    to.insert(to.end(), more.begin(), more.end());
+}
+
+Bytes Concat_Bytes(std::initializer_list<Bytes> parts) {
+    Bytes out;
+    for (const Bytes& p : parts) {
+        Append_Bytes(out, p);
+    }
+    return out;
+}
+
 Bytes Record(int32_t type, const Bytes& payload) {
     Byte_Writer w;
     w.I32(type);

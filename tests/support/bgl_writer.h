@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,9 @@ int32_t Encode_Reference_Longitude(double degrees); // reference point: 2^32 + 1
 int32_t Encode_Heading(double degrees);             // 32-bit angle, 65536 * 65536 a turn
 int32_t Encode_Frequency(double mhz);               // 118.75 -> 0x01187500
 int32_t Float_Bits(float v);
+
+void Append_Bytes(Bytes& to, const Bytes& more);
+Bytes Concat_Bytes(std::initializer_list<Bytes> parts);
 
 // A record: type, size (the payload's length), payload.
 Bytes Record(int32_t type, const Bytes& payload);

@@ -29,9 +29,5 @@ inline Bytes One_Airport_File(const std::string& ident, const Bytes& stream) {
 }
 
 inline Bytes Concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts) {
-        out.insert(out.end(), p.begin(), p.end());
-    }
-    return out;
+    return Concat_Bytes(parts);
 }

@@ -1,0 +1,380 @@
+#include "world_writer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
+
+#include "platform/text1252.h"
+#include "support/bgl_writer.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Fault : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Words of a line; "quoted words" keep their blanks, key="quoted value" too.
+std::vector<std::string> Split_Words(const std::string& line) {
+    std::vector<std::string> words;
+    std::string word;
+    bool quoted = false, any = false;
+    for (char c : line) {
+        if (c == '"') {
+            quoted = !quoted;
+            any = true;
+        } else if ((c == ' ' || c == '\t') && !quoted) {
+            if (any) {
+                words.push_back(word);
+            }
+            word.clear();
+            any = false;
+        } else {
+            word += c;
+            any = true;
+        }
+    }
+    if (quoted) {
+        throw Fault("unclosed quote");
+    }
+    if (any) {
+        words.push_back(word);
+    }
+    return words;
+}
+
+double Number(const std::string& text) {
+    size_t used = 0;
+    double v = std::stod(text, &used);
+    if (used != text.size()) {
+        throw Fault("not a number: " + text);
+    }
+    return v;
+}
+
+std::pair<double, double> Pair(const std::string& text) {
+    size_t comma = text.find(',');
+    if (comma == std::string::npos) {
+        throw Fault("expected x,y: " + text);
+    }
+    return {Number(text.substr(0, comma)), Number(text.substr(comma + 1))};
+}
+
+int32_t Parking_Name_Code(const std::string& name) {
+    static const char* const kNames[] = {
+        "Parking",    "N Parking", "NE Parking", "E Parking", "SE Parking", "S Parking",
+        "SW Parking", "W Parking", "NW Parking", "Gate",      "Dock",       "Gate A",
+        "Gate B",     "Gate C",    "Gate D",     "Gate E",    "Gate F",     "Gate G",
+        "Gate H",     "Gate I",    "Gate J",     "Gate K",    "Gate L",     "Gate M",
+        "Gate N",     "Gate O",    "Gate P",     "Gate Q",    "Gate R",     "Gate S",
+        "Gate T",     "Gate U",    "Gate V",     "Gate W",    "Gate X",     "Gate Y",
+        "Gate Z"};
+    for (int32_t i = 0; i < 37; ++i) {
+        if (Equal_No_Case(name, kNames[i])) {
+            return i + 1;
+        }
+    }
+    throw Fault("no parking name code for " + name);
+}
+
+// The ground network of one airport, nodes shared by position.
+struct Network {
+    std::vector<Taxi_Point_Element> points;
+    std::map<std::pair<long, long>, int32_t> node_at;
+    std::vector<Parking_Element> spots;
+    std::vector<Taxi_Path_Element> paths;
+    std::vector<std::string> names;
+
+    bool Empty() const { return points.empty() && spots.empty() && paths.empty(); }
+
+    int32_t Node(double x, double y) {
+        std::pair<long, long> key{std::lround(x * 10), std::lround(y * 10)};
+        auto it = node_at.find(key);
+        if (it != node_at.end()) {
+            return it->second;
+        }
+        int32_t index = static_cast<int32_t>(points.size());
+        points.push_back({0, static_cast<float>(x), static_cast<float>(y)});
+        node_at[key] = index;
+        return index;
+    }
+    int32_t Name(const std::string& name) {
+        for (size_t i = 0; i < names.size(); ++i) {
+            if (names[i] == name) {
+                return static_cast<int32_t>(i);
+            }
+        }
+        if (name.size() > 8) {
+            throw Fault("taxiway name longer than 8 letters: " + name);
+        }
+        names.push_back(name);
+        return static_cast<int32_t>(names.size() - 1);
+    }
+    void Line(int32_t kind, int32_t name_index, std::pair<double, double> a,
+              std::pair<double, double> b, int segments) {
+        if (segments < 1) {
+            throw Fault("a line needs at least one segment");
+        }
+        int32_t previous = Node(a.first, a.second);
+        for (int i = 1; i <= segments; ++i) {
+            double t = static_cast<double>(i) / segments;
+            int32_t next =
+                Node(a.first + (b.first - a.first) * t, a.second + (b.second - a.second) * t);
+            paths.push_back({kind, previous, next, name_index});
+            previous = next;
+        }
+    }
+    Bytes Block() const {
+        return Taxiway_Block_Record(
+            {Point_List(points), Parking_List(spots), Path_List(paths), Name_List(names)});
+    }
+};
+
+struct Airport_Being_Built {
+    Airport_Entry entry;
+    Bytes stream;
+    Network network;
+    int runways = 0;
+};
+
+struct World {
+    std::vector<std::map<std::string, std::string>> areas;
+    std::vector<std::pair<std::string, std::vector<Airport_Entry>>> files;
+    std::vector<std::string> junk;
+};
+
+int32_t Comm_Kind(const std::string& name) {
+    static const std::map<std::string, int32_t> kinds = {
+        {"atis", 1},     {"ground", 5},    {"tower", 6},  {"clearance", 7},
+        {"approach", 8}, {"departure", 9}, {"center", 10}};
+    auto it = kinds.find(name);
+    if (it == kinds.end()) {
+        throw Fault("unknown comm kind " + name);
+    }
+    return it->second;
+}
+
+Runway_Fields Runway_From(const std::vector<std::string>& w) {
+    if (w.size() != 8) {
+        throw Fault("runway DESIGNATOR lat lon heading length_ft width_ft elevation_m");
+    }
+    Runway_Fields f;
+    std::string designator = w[1];
+    f.designator_code = 0;
+    const std::string suffixes = "LRCH";
+    if (!designator.empty() && suffixes.find(designator.back()) != std::string::npos) {
+        f.designator_code = static_cast<int32_t>(suffixes.find(designator.back())) + 1;
+        designator.pop_back();
+    }
+    f.number = static_cast<int32_t>(Number(designator));
+    f.lat_raw = Encode_Latitude(Number(w[2]));
+    f.lon_raw = Encode_Longitude(Number(w[3]));
+    f.heading_raw = Encode_Heading(Number(w[4]));
+    f.length_ft = static_cast<int32_t>(Number(w[5]));
+    f.width_ft = static_cast<int32_t>(Number(w[6]));
+    f.elevation_m = static_cast<int32_t>(Number(w[7]));
+    return f;
+}
+
+void Finish_Airport(World& world, Airport_Being_Built* airport) {
+    if (airport == nullptr) {
+        return;
+    }
+    airport->entry.stream = airport->stream;
+    if (!airport->network.Empty()) {
+        Bytes block = airport->network.Block();
+        airport->entry.stream.insert(airport->entry.stream.end(), block.begin(), block.end());
+    }
+    world.files.back().second.push_back(airport->entry);
+}
+
+World Read_World(const std::string& path) {
+    std::ifstream in(path);
+    if (!in) {
+        throw Fault("cannot read " + path);
+    }
+    World world;
+    std::unique_ptr<Airport_Being_Built> airport;
+    std::string line;
+    int line_number = 0;
+    while (std::getline(in, line)) {
+        ++line_number;
+        try {
+            if (!line.empty() && line.back() == '\r') {
+                line.pop_back();
+            }
+            std::vector<std::string> w = Split_Words(line);
+            if (w.empty() || w[0][0] == '#') {
+                continue;
+            }
+            const std::string& what = w[0];
+            if (what == "area") {
+                std::map<std::string, std::string> area{{"Title", w.at(1)}};
+                for (size_t i = 2; i < w.size(); ++i) {
+                    size_t eq = w[i].find('=');
+                    if (eq == std::string::npos) {
+                        throw Fault("expected Key=Value: " + w[i]);
+                    }
+                    area[w[i].substr(0, eq)] = w[i].substr(eq + 1);
+                }
+                world.areas.push_back(area);
+            } else if (what == "bgl") {
+                Finish_Airport(world, airport.get());
+                airport.reset();
+                world.files.push_back({w.at(1), {}});
+            } else if (what == "junk") {
+                world.junk.push_back(w.at(1));
+            } else if (what == "airport") {
+                if (world.files.empty()) {
+                    throw Fault("an airport needs a bgl line before it");
+                }
+                Finish_Airport(world, airport.get());
+                airport = std::make_unique<Airport_Being_Built>();
+                airport->entry.ident = w.at(1);
+                airport->stream = Concat_Bytes(
+                    {Reference_Point_Record(Encode_Latitude(Number(w.at(3))),
+                                            Encode_Reference_Longitude(Number(w.at(4)))),
+                     Name_Record(w.at(2), (w.at(2).size() + 4) & ~size_t{3})});
+            } else if (airport == nullptr) {
+                throw Fault(what + " outside an airport");
+            } else if (what == "comm") {
+                Append_Bytes(airport->stream,
+                             Comm_Record(Encode_Frequency(Number(w.at(2))), Comm_Kind(w.at(1))));
+            } else if (what == "runway") {
+                Append_Bytes(airport->stream, Runway_Record(Runway_From(w)));
+                ++airport->runways;
+            } else if (what == "ils" || what == "vor") {
+                bool ils = what == "ils";
+                Navaid_Fields f;
+                f.name = w.at(1) == "-" ? "" : w.at(1);
+                f.name_padded_length = (f.name.size() + 4) & ~size_t{3};
+                f.frequency_word = Encode_Frequency(Number(w.at(2)));
+                f.kind = ils ? 4 : 2;
+                f.heading_raw = ils ? Encode_Heading(Number(w.at(3))) : 0;
+                f.lat_raw = Encode_Latitude(Number(w.at(ils ? 4 : 3)));
+                f.lon_raw = Encode_Longitude(Number(w.at(ils ? 5 : 4)));
+                Append_Bytes(airport->stream, Navaid_Record(f));
+            } else if (what == "taxiway") {
+                airport->network.Line(0, airport->network.Name(w.at(1)), Pair(w.at(2)),
+                                      Pair(w.at(3)), static_cast<int>(Number(w.at(4))));
+            } else if (what == "runway_path") {
+                int32_t runway = static_cast<int32_t>(Number(w.at(1)));
+                if (runway < 0 || runway >= airport->runways) {
+                    throw Fault("runway_path names a runway not yet given");
+                }
+                airport->network.Line(1, runway, Pair(w.at(2)), Pair(w.at(3)),
+                                      static_cast<int>(Number(w.at(4))));
+            } else if (what == "gates") {
+                if (w.size() != 11) {
+                    throw Fault(
+                        "gates \"NAME\" first count x,y dx,dy radius type lane_x LANE join_x");
+                }
+                Network& n = airport->network;
+                int32_t code = Parking_Name_Code(w[1]);
+                int32_t first = static_cast<int32_t>(Number(w[2]));
+                int count = static_cast<int>(Number(w[3]));
+                auto [x, y] = Pair(w[4]);
+                auto [dx, dy] = Pair(w[5]);
+                float radius = static_cast<float>(Number(w[6]));
+                int32_t type = static_cast<int32_t>(Number(w[7]));
+                double lane_x = Number(w[8]);
+                int32_t lane = n.Name(w[9]);
+                double join_x = Number(w[10]);
+                for (int i = 0; i < count; ++i) {
+                    double sx = x + dx * i, sy = y + dy * i;
+                    int32_t spot = static_cast<int32_t>(n.spots.size());
+                    n.spots.push_back({static_cast<float>(sx), static_cast<float>(sy), radius,
+                                       Parking_Code_Word(type, first + i, code)});
+                    int32_t node = n.Node(lane_x, sy);
+                    n.paths.push_back({2, node, spot, 0});
+                    if (i > 0) {
+                        n.paths.push_back({0, n.Node(lane_x, sy - dy), node, lane});
+                    }
+                }
+                n.paths.push_back({0, n.Node(join_x, y), n.Node(lane_x, y), lane});
+            } else {
+                throw Fault("unknown line " + what);
+            }
+        } catch (const std::exception& e) {
+            throw Fault(path + ":" + std::to_string(line_number) + ": " + e.what());
+        }
+    }
+    Finish_Airport(world, airport.get());
+    return world;
+}
+
+void Write_Text_File(const fs::path& path, const std::string& text) {
+    fs::create_directories(path.parent_path());
+    std::ofstream out(path, std::ios::binary);
+    out << text;
+    if (!out) {
+        throw Fault("cannot write " + path.string());
+    }
+}
+
+std::string Scenery_Cfg(const World& world) {
+    std::ostringstream cfg;
+    cfg << "[General]\r\nTitle=FS2002 World Scenery\r\nDescription=FS2002 Scenery Data\r\n"
+           "Clean_on_Exit=TRUE\r\n";
+    int index = 1;
+    for (const auto& area : world.areas) {
+        char header[32];
+        std::snprintf(header, sizeof header, "[Area.%03d]", index++);
+        cfg << "\r\n" << header << "\r\n";
+        for (const char* key :
+             {"Title", "Texture_ID", "Remote", "Local", "Layer", "Active", "Required"}) {
+            auto it = area.find(key);
+            cfg << key << "=" << (it == area.end() ? "" : it->second) << "\r\n";
+        }
+    }
+    return cfg.str();
+}
+
+// Variation in whole degrees east, a smooth field that is right for the Pacific Northwest
+// of about 2001 (19.5 degrees east at Seattle) and stays within 30 degrees elsewhere.
+int16_t Variation_Counts(int lat, int lon_index) {
+    double lon = lon_index > 180 ? lon_index - 360 : lon_index;
+    double degrees = 19.5 - 0.45 * (lon + 122) - 0.15 * (lat - 47.5);
+    degrees = std::max(-30.0, std::min(30.0, degrees));
+    return static_cast<int16_t>(std::lround(degrees * 65536 / 360));
+}
+
+} // namespace
+
+bool Write_Sample_World(const std::string& description_path, const std::string& out_folder,
+                        std::string& error) {
+    try {
+        World world = Read_World(description_path);
+        fs::path root(out_folder);
+        fs::create_directories(root);
+        Write_Text_File(root / "scenery.cfg", Scenery_Cfg(world));
+        for (const auto& area : world.areas) {
+            std::string local = area.at("Local");
+            std::replace(local.begin(), local.end(), '\\', '/');
+            fs::create_directories(root / local / "scenery");
+        }
+        Write_File((root / "Scenery" / "magdec.bgl").string(),
+                   Build_Magdec(Magdec_Values(Variation_Counts)));
+        for (const auto& [file, entries] : world.files) {
+            Bgl_File_Spec spec;
+            if (!entries.empty()) {
+                spec.groups.push_back({entries, std::nullopt, 0});
+            }
+            fs::create_directories((root / file).parent_path());
+            Write_File((root / file).string(), Build_Bgl(spec));
+        }
+        for (const auto& file : world.junk) {
+            Write_Text_File(root / file, "Not a scenery file.\r\n");
+        }
+        return true;
+    } catch (const std::exception& e) {
+        error = e.what();
+        return false;
+    }
+}

@@ -1,0 +1,10 @@
+// Lays out a simulator folder (scenery.cfg, Scenery/magdec.bgl, airport BGL files) from a
+// readable description of a small world.
+#pragma once
+
+#include <string>
+
+// Writes the world described in the file at description_path below out_folder. False with
+// a message in error if the description has a fault.
+bool Write_Sample_World(const std::string& description_path, const std::string& out_folder,
+                        std::string& error);
