@@ -4,7 +4,11 @@
 #include <cstdint>
 #include <string>
 
+#include <vector>
+
 #include "bgl/bgl_image.h"
+#include "platform/drives.h"
+#include "platform/native_paths.h"
 
 struct Form3_Data {
     Bgl_Image bgl_image;
@@ -15,4 +19,9 @@ struct Form3_Data {
     int32_t bgl_file_total = 0;
     int16_t area_index = 0;
     std::string area_folder;
+    // The running enumeration of area_folder's "*.bgl" files.
+    std::vector<Listed_File_Rec> area_files;
+    size_t next_area_file = 0;
+    // The drives through which the program's paths reach the file system; set by the scan.
+    Drive_List drives;
 };

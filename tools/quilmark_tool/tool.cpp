@@ -1,5 +1,6 @@
 #include "tool.h"
 
+#include <climits>
 #include <functional>
 #include <map>
 #include <memory>
@@ -7,13 +8,21 @@
 #include "airport_json.h"
 #include "bgl/bgl_image.h"
 #include "bgl/sections.h"
+#include "platform/text1252.h"
+#include "scenery/airport_database.h"
 #include "scenery/magdec.h"
+#include "scenery/scan_sequence.h"
+#include "shell/chooser_form.h"
+#include "shell/config_file.h"
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
 namespace {
 
-const char* const kUsage = "usage: quilmark-tool bgl [--magdec MAGDEC] FILE...\n";
+const char* const kUsage = "usage: quilmark-tool bgl [--magdec MAGDEC] FILE...\n"
+                           "       quilmark-tool init FS_PATH\n"
+                           "       quilmark-tool scan\n"
+                           "       quilmark-tool db FILE COUNT\n";
 
 void Write_Airports(Json_Out& json, const Module1& module) {
     json.Begin_Object();
@@ -74,6 +83,159 @@ int Command_Bgl(const std::vector<std::string>& args, std::ostream& out, std::os
     return status;
 }
 
+// Writes the configuration file of the current directory as the wizard's finish does.
+int Command_Init(const std::vector<std::string>& args, std::ostream&, std::ostream& err) {
+    if (args.size() != 1) {
+        err << kUsage;
+        return 2;
+    }
+    auto module = std::make_unique<Module1>();
+    if (Write_First_Config(*module, true, Utf8_To_Ansi(args[0])) != Config_Status::ok) {
+        err << "quilmark-tool: cannot write " << Config_File_Name << "\n";
+        return 1;
+    }
+    return 0;
+}
+
+const char* Icon_Name(Message_Icon icon) {
+    return icon == Message_Icon::Exclamation ? "exclamation" : "information";
+}
+
+void Write_Strings(Json_Out& json, const std::vector<std::string>& texts) {
+    json.Begin_Array();
+    for (const std::string& text : texts) {
+        json.Ansi_Text(text);
+    }
+    json.End_Array();
+}
+
+void Write_Progress(Json_Out& json, const Recording_Chooser_Form& ui) {
+    json.Begin_Object();
+    json.Key("min");
+    json.Number(ui.progress_min);
+    json.Key("max");
+    json.Number(ui.progress_max);
+    json.Key("value");
+    json.Number(ui.progress_value);
+    json.End_Object();
+}
+
+// Reads the configuration file of the current directory and runs one scan, answering OK
+// to every message. False (with a message) if there is no configuration file.
+bool Start_Like_The_Program(Module1& module, Form3_Data& form, Recording_Chooser_Form& ui,
+                            std::ostream& err) {
+    if (Read_Config_File(module, Config_File_Name) != Config_Status::ok) {
+        err << "quilmark-tool: no readable " << Config_File_Name
+            << " in the current directory (quilmark-tool init FS_PATH writes one)\n";
+        return false;
+    }
+    form.database_present = false;
+    Run_Scenery_Scan(module, form, ui);
+    return true;
+}
+
+int Command_Scan(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (!args.empty()) {
+        err << kUsage;
+        return 2;
+    }
+    auto module = std::make_unique<Module1>();
+    auto form = std::make_unique<Form3_Data>();
+    Recording_Chooser_Form ui;
+    if (!Start_Like_The_Program(*module, *form, ui, err)) {
+        return 1;
+    }
+    Json_Out json;
+    json.Begin_Object();
+    json.Key("status_texts");
+    Write_Strings(json, ui.Distinct_Status_Texts());
+    json.Line_Break();
+    json.Key("messages");
+    json.Begin_Array();
+    for (const Shown_Message& message : ui.messages) {
+        json.Begin_Object();
+        json.Key("title");
+        json.Ansi_Text(message.title);
+        json.Key("text");
+        json.Ansi_Text(message.text);
+        json.Key("icon");
+        json.Utf8_Text(Icon_Name(message.icon));
+        json.End_Object();
+    }
+    json.End_Array();
+    json.Line_Break();
+    json.Key("progress");
+    Write_Progress(json, ui);
+    json.Line_Break();
+    json.Key("scenery_areas");
+    json.Begin_Array();
+    for (int16_t i = 0; i < module->scenery_area_count; ++i) {
+        const Scenery_Area& area = module->scenery_areas[static_cast<size_t>(i)];
+        json.Line_Break();
+        json.Begin_Object();
+        const std::pair<const char*, const std::string*> fields[] = {
+            {"Title", &area.Title}, {"Texture_ID", &area.Texture_ID}, {"Active", &area.Active},
+            {"Layer", &area.Layer}, {"Required", &area.Required},     {"Remote", &area.Remote},
+            {"Local", &area.Local}};
+        for (const auto& [key, value] : fields) {
+            json.Key(key);
+            json.Ansi_Text(*value);
+        }
+        json.End_Object();
+    }
+    json.End_Array();
+    json.Line_Break();
+    json.Key("atc_data_path");
+    json.Ansi_Text(module->atc_data_path);
+    json.Line_Break();
+    json.Key("airport_count");
+    json.Int(module->airport_count);
+    json.Line_Break();
+    json.Key("list");
+    Write_Strings(json, ui.Sorted_List());
+    json.End_Object();
+    json.Line_Break();
+    out << json.Text();
+    return 0;
+}
+
+// Reads a database file with a given count and prints its records.
+int Command_Db(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.size() != 2) {
+        err << kUsage;
+        return 2;
+    }
+    int32_t count = 0;
+    try {
+        size_t used = 0;
+        long long value = std::stoll(args[1], &used);
+        if (used != args[1].size() || value < INT32_MIN || value > INT32_MAX) {
+            throw std::invalid_argument("count");
+        }
+        count = static_cast<int32_t>(value);
+    } catch (const std::exception&) {
+        err << "quilmark-tool: COUNT must be a whole number\n";
+        return 2;
+    }
+    auto module = std::make_unique<Module1>();
+    switch (Read_Airport_Database(args[0], count, module->airports)) {
+    case Database_Read_Result::Ok:
+        break;
+    case Database_Read_Result::Cannot_Open:
+        err << "quilmark-tool: cannot open " << args[0] << "\n";
+        return 1;
+    case Database_Read_Result::Damaged:
+        err << "quilmark-tool: " << args[0] << " is damaged or holds fewer than " << count
+            << " airports\n";
+        return 1;
+    }
+    module->airport_count = count;
+    Json_Out json;
+    Write_Airports(json, *module);
+    out << json.Text();
+    return 0;
+}
+
 } // namespace
 
 int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -81,6 +243,9 @@ int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostre
         std::function<int(const std::vector<std::string>&, std::ostream&, std::ostream&)>;
     static const std::map<std::string, Command> commands = {
         {"bgl", Command_Bgl},
+        {"init", Command_Init},
+        {"scan", Command_Scan},
+        {"db", Command_Db},
     };
     if (args.empty() || commands.find(args[0]) == commands.end()) {
         err << kUsage;

@@ -1,0 +1,190 @@
+#include "scenery/scan_sequence.h"
+
+#include <filesystem>
+
+#include "bgl/sections.h"
+#include "platform/native_paths.h"
+#include "platform/text1252.h"
+#include "scenery/airport_database.h"
+#include "scenery/locate_folders.h"
+#include "scenery/magdec.h"
+#include "scenery/scenery_cfg.h"
+#include "shell/chooser_form.h"
+#include "shell/config_file.h"
+#include "shell/form3_data.h"
+#include "shell/module1.h"
+
+namespace {
+
+constexpr const char* Cd_Prompt_Text =
+    "Please insert your FS2002 CD disk2. After you insert it, press OK to continue. If you "
+    "already have the FS2002 CD disk2 inside your CD-ROM Drive, then press OK.";
+constexpr const char* First_Run_Text =
+    "This is the first time you run this program. Now this program will create a database "
+    "file of all the airports of the FS2002 world. This process can take a few minutes, "
+    "please wait.";
+constexpr const char* Database_Created_Text =
+    "The Database File was created successfully!. Now this program will add all airports to "
+    "the list, please wait.";
+constexpr const char* Database_Not_Written_Text =
+    "The airport database file all_fs_airports.dat could not be written in this program's "
+    "folder. The airports are listed now, but they will be read from the scenery files again "
+    "at the next start.";
+
+bool Database_File_Exists() {
+    std::error_code error;
+    return std::filesystem::is_regular_file(Database_File_Name, error);
+}
+
+void Set_Empty_Bar(Form3_Data& form, Chooser_Form& ui) {
+    ui.Set_Progress_Value(0);
+    ui.Set_Progress_Min(0);
+    ui.Set_Progress_Max(static_cast<float>(form.bgl_file_total) + 1);
+    ui.Redraw_Progress();
+}
+
+void Finish(const Module1& m, Chooser_Form& ui) {
+    ui.Show_Status("Adding Airports to List...");
+    Fill_Airport_List(m, ui);
+    ui.Show_Status("Done");
+    ui.Enable_Controls(true);
+}
+
+// The first-run path: build the database from the scenery, store it and its count.
+void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+    form.database_present = false;
+    form.bgl_file_total = 0;
+    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+        const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
+        if (Is_Airport_Area(area)) {
+            form.bgl_file_total +=
+                static_cast<int32_t>(List_Folder_Files(form.drives, area.Local, "*.bgl").size());
+        }
+    }
+    Set_Empty_Bar(form, ui);
+    form.area_folder.clear();
+    form.area_files.clear();
+    form.next_area_file = 0;
+    form.area_index = 0;
+    m.airport_count = 0;
+    m.airports.Release();
+
+    ui.Show_Message(First_Run_Text, Message_Title, Message_Icon::Information);
+    Scan_Airport_Areas(m, form, ui);
+
+    ui.Show_Status("Creating Database File...");
+    bool written = Write_Airport_Database(Database_File_Name, m.airports);
+    Release_Bgl_Image(form.bgl_image);
+
+    ui.Show_Status("Updating Configuration...");
+    if (written) {
+        Update_Config_Airport_Count(m);
+        ui.Show_Message(Database_Created_Text, Message_Title, Message_Icon::Information);
+    } else {
+        ui.Show_Message(Database_Not_Written_Text, Message_Title, Message_Icon::Exclamation);
+    }
+    Finish(m, ui);
+    Set_Empty_Bar(form, ui);
+}
+
+} // namespace
+
+bool Is_Airport_Area(const Scenery_Area& area) {
+    return Equal_No_Case(area.Title, "Airport and Facilities Data") &&
+           Equal_No_Case(area.Required, "TRUE");
+}
+
+bool Is_Atc_Area(const Scenery_Area& area) {
+    return Equal_No_Case(area.Title, "Additional Facility Data") &&
+           Equal_No_Case(area.Required, "TRUE");
+}
+
+void Scan_Airport_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+    while (form.area_index < m.scenery_area_count) {
+        const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(form.area_index)];
+        if (!Is_Airport_Area(area)) {
+            ++form.area_index;
+            continue;
+        }
+        ui.Show_Status(area.Title);
+        if (area.Local != form.area_folder) {
+            // A new folder: its enumeration starts. The same folder again in the next area
+            // continues the enumeration that has already ended.
+            form.area_folder = area.Local;
+            form.area_files = List_Folder_Files(form.drives, form.area_folder, "*.bgl");
+            form.next_area_file = 0;
+        }
+        if (form.next_area_file >= form.area_files.size()) {
+            ++form.area_index;
+            continue;
+        }
+        const Listed_File_Rec& file = form.area_files[form.next_area_file++];
+        // The program's path is the folder and name in lower case; it is resolved to the
+        // file listed, whatever the case of its letters.
+        if (Load_Bgl_Image(form.bgl_image, file.native_path) && Has_Bgl_Marker(form.bgl_image)) {
+            Read_BGL_Sections(form, m);
+        }
+        ui.Set_Progress_Value(ui.Progress_Value() + 1);
+        ui.Redraw_Progress();
+    }
+}
+
+void Fill_Airport_List(const Module1& m, Chooser_Form& ui) {
+    for (int32_t i = 0; i < m.airport_count && static_cast<size_t>(i) < m.airports.Slot_Count();
+         ++i) {
+        ui.Add_List_Entry(Airport_List_Text(m.airports[static_cast<size_t>(i)]));
+    }
+}
+
+void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+    ui.Enable_Controls(false);
+    form.drives = Drive_List_For_Fs_Path(m.fs_path);
+
+    ui.Show_Status("Magdec.bgl File");
+    // A missing table leaves the grid as it is: headings then come out unconverted.
+    Load_Magdec(form.bgl_image, m.magvar_grid,
+                Resolve_Native_Path(form.drives, m.fs_path + "\\scenery\\magdec.bgl"));
+
+    if (m.fs_version == 1) {
+        ui.Show_Status("Scenery.cfg File");
+        m.scenery_areas.Release();
+        m.scenery_area_count = 0;
+        Read_Scenery_Cfg(m, Resolve_Native_Path(form.drives, m.fs_path + "\\scenery.cfg"));
+        form.cd_prompt_shown = false;
+        for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+            if (!m.scenery_areas[static_cast<size_t>(i)].Remote.empty()) {
+                ui.Show_Message(Cd_Prompt_Text, Program_Title, Message_Icon::Information);
+                form.cd_prompt_shown = true;
+                break;
+            }
+        }
+        Locate_Scenery_Folders(m, form.drives);
+    }
+
+    ui.Show_Status("Getting ATC Folder...");
+    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+        const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
+        if (Is_Atc_Area(area)) {
+            m.atc_data_path = area.Local; // the last matching area counts
+        }
+    }
+
+    m.airports.Release();
+    if (!Database_File_Exists()) {
+        ui.Stop_Scan_Timer();
+        Build_Database(m, form, ui);
+        return;
+    }
+
+    form.database_present = true;
+    ui.Stop_Scan_Timer();
+    ui.Show_Status("Reading Database File...");
+    if (Read_Airport_Database(Database_File_Name, m.airport_count, m.airports) !=
+        Database_Read_Result::Ok) {
+        // Never half a list: the file is rebuilt as on a first run.
+        ui.Show_Message(Database_Damaged_Text, Message_Title, Message_Icon::Information);
+        Build_Database(m, form, ui);
+        return;
+    }
+    Finish(m, ui);
+}

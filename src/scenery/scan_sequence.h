@@ -1,0 +1,34 @@
+// The scenery scan of the airport chooser: from the simulator's folder to a filled airport
+// list. It loads the variation grid, reads scenery.cfg, turns the areas into folders,
+// chooses the folder of the ATC data, and then reads the airport database file or, if
+// there is none (or it is damaged), builds it from every BGL file of the airport areas.
+#pragma once
+
+#include "platform/drives.h"
+#include "scenery/scenery_area.h"
+
+class Chooser_Form;
+struct Form3_Data;
+struct Module1;
+
+// One run, as the chooser's timer starts it once per load of the form. The program's two
+// files are looked for in the process's current directory.
+void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui);
+
+// The database build: every BGL file of the areas "Airport and Facilities Data" with
+// Required "TRUE", decoded into m.airports; the progress bar advances by one a file.
+void Scan_Airport_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui);
+
+// Adds the list text of airports 0 to airport_count - 1 to the chooser's list.
+void Fill_Airport_List(const Module1& m, Chooser_Form& ui);
+
+// An area is one the database build reads (title "Airport and Facilities Data"), or the
+// one the airport fetch reads airspace from ("Additional Facility Data"), if Required is
+// "TRUE"; both compared without regard to case.
+bool Is_Airport_Area(const Scenery_Area& area);
+bool Is_Atc_Area(const Scenery_Area& area);
+
+constexpr const char* Database_Damaged_Text =
+    "The airport database file all_fs_airports.dat is damaged or does not match the "
+    "settings file. This program will now create it again from the scenery files. This "
+    "process can take a few minutes, please wait.";

@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "scenery/airport_database.h"
+#include "scenery/scan_sequence.h"
+#include "shell/chooser_form.h"
+#include "shell/config_file.h"
+#include "support/decode.h"
+#include "support/example_field.h"
+#include "support/work_dir.h"
+
+namespace {
+
+struct Scan_Result {
+    std::unique_ptr<Module1> m = std::make_unique<Module1>();
+    std::unique_ptr<Form3_Data> form = std::make_unique<Form3_Data>();
+    Recording_Chooser_Form ui;
+};
+
+// A start of the program in the current directory: the configuration file, then one scan.
+std::unique_ptr<Scan_Result> Start() {
+    auto r = std::make_unique<Scan_Result>();
+    EXPECT_EQ(Read_Config_File(*r->m, Config_File_Name), Config_Status::ok);
+    Run_Scenery_Scan(*r->m, *r->form, r->ui);
+    return r;
+}
+
+std::string Area(int n, const std::string& title, const std::string& local,
+                 const std::string& remote = "", const std::string& required = "TRUE") {
+    char header[32];
+    std::snprintf(header, sizeof header, "[Area.%03d]", n);
+    return std::string(header) + "\r\nTitle=" + title + "\r\nRemote=" + remote +
+           "\r\nLocal=" + local + "\r\nActive=TRUE\r\nRequired=" + required + "\r\n";
+}
+
+// A small simulator folder: scenery.cfg as given and airport files by relative path.
+void Small_World(const Work_Dir& dir, const std::string& cfg,
+                 const std::vector<std::pair<std::string, Bytes>>& files) {
+    Write_Text(dir.Sub("fs/scenery.cfg"), cfg);
+    for (const auto& [name, bytes] : files) {
+        std::filesystem::create_directories(
+            std::filesystem::path(dir.Sub("fs/" + name)).parent_path());
+        Write_File(dir.Sub("fs/" + name), bytes);
+    }
+    Module1 m;
+    ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::ok);
+}
+
+Bytes Airport(const std::string& ident, const std::string& name) {
+    return One_Airport_File(ident, Name_Record(name, 16));
+}
+
+} // namespace
+
+TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
+    Work_Dir dir("scan-sample");
+    Module1 init;
+    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+    const auto config_size = std::filesystem::file_size(Config_File_Name);
+
+    auto first = Start();
+    const std::vector<std::string> first_texts = {"Magdec.bgl File",
+                                                  "Scenery.cfg File",
+                                                  "Getting ATC Folder...",
+                                                  "Airport and Facilities Data",
+                                                  "Creating Database File...",
+                                                  "Updating Configuration...",
+                                                  "Adding Airports to List...",
+                                                  "Done"};
+    EXPECT_EQ(first->ui.Distinct_Status_Texts(), first_texts);
+    ASSERT_EQ(first->ui.messages.size(), 3u); // CD prompt, first run, created
+    EXPECT_EQ(first->ui.messages[0].title, "Quilmark v1.1");
+    EXPECT_EQ(first->ui.messages[1].title, "Quilmark Message");
+    EXPECT_EQ(first->m->airport_count, 7);
+    EXPECT_EQ(first->ui.progress_max, 5);   // four BGL files and one: the bar never fills
+    EXPECT_EQ(first->ui.progress_value, 0); // emptied at the end
+    EXPECT_EQ(first->ui.control_changes, (std::vector<bool>{false, true}));
+    EXPECT_FALSE(first->ui.scan_timer_enabled);
+    EXPECT_EQ(std::filesystem::file_size(Config_File_Name), config_size);
+
+    auto later = Start();
+    EXPECT_EQ(later->ui.Sorted_List(), first->ui.Sorted_List());
+    EXPECT_EQ(later->ui.Sorted_List().front(), "KBFI (BOEING FLD KING CO INTL)");
+    EXPECT_EQ(later->ui.Distinct_Status_Texts(),
+              (std::vector<std::string>{"Magdec.bgl File", "Scenery.cfg File",
+                                        "Getting ATC Folder...", "Reading Database File...",
+                                        "Adding Airports to List...", "Done"}));
+    ASSERT_EQ(later->ui.messages.size(), 1u); // the CD prompt comes at every scan
+    EXPECT_EQ(later->ui.progress_redraws, 0); // a later run leaves the bar alone
+    EXPECT_TRUE(later->form->database_present);
+    // The database reads back the very records the build decoded.
+    EXPECT_EQ(later->m->airports, first->m->airports);
+}
+
+TEST(ScanSequence, DamagedDatabaseIsReportedAndRebuilt) {
+    Work_Dir dir("scan-damaged");
+    Module1 init;
+    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+    auto first = Start();
+    const auto size = std::filesystem::file_size(Database_File_Name);
+    std::filesystem::resize_file(Database_File_Name, size / 2);
+
+    auto again = Start();
+    ASSERT_GE(again->ui.messages.size(), 2u);
+    EXPECT_EQ(again->ui.messages[1].text, Database_Damaged_Text);
+    EXPECT_EQ(again->ui.messages[1].title, "Quilmark Message");
+    EXPECT_EQ(again->ui.messages[1].icon, Message_Icon::Information);
+    EXPECT_EQ(again->ui.Sorted_List(), first->ui.Sorted_List());
+    EXPECT_EQ(std::filesystem::file_size(Database_File_Name), size);
+    EXPECT_FALSE(again->form->database_present);
+}
+
+TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
+    Work_Dir dir("scan-cd");
+    Small_World(dir,
+                "[General]\r\nTitle=x\r\n" +
+                    Area(1, "Airport and Facilities Data", "ap", "[CD]\\a") +
+                    Area(2, "Other", "o", "[CD]\\b"),
+                {{"ap/scenery/a.bgl", Airport("KAAA", "Alpha")}});
+    auto r = Start();
+    ASSERT_EQ(r->ui.messages.size(), 3u);
+    EXPECT_EQ(r->ui.messages[0].title, "Quilmark v1.1");
+    EXPECT_EQ(r->ui.messages[1].title, "Quilmark Message");
+
+    Small_World(dir, "[General]\r\n" + Area(1, "Airport and Facilities Data", "ap"), {});
+    std::filesystem::remove(Database_File_Name);
+    auto none = Start();
+    EXPECT_EQ(none->ui.messages.size(), 2u);
+    EXPECT_EQ(none->ui.messages[0].text.substr(0, 22), "This is the first time");
+}
+
+TEST(ScanSequence, AreasQualifyByTitleAndRequiredAndSameFolderRunsOnce) {
+    Work_Dir dir("scan-areas");
+    Small_World(dir,
+                "[General]\r\n" + Area(1, "AIRPORT AND FACILITIES DATA", "ap", "", "true") +
+                    Area(2, "Airport and Facilities Data", "ap") + // the same folder again
+                    Area(3, "Airport and Facilities Data", "off", "", "FALSE") +
+                    Area(4, "Additional Facility Data", "atc1") +
+                    Area(5, "Additional Facility Data", "atc2"),
+                {{"ap/scenery/B.BGL", Airport("KBBB", "beta")},
+                 {"ap/scenery/a.bgl", Airport("KAAA", "Alpha")},
+                 {"ap/scenery/c.txt", Airport("KCCC", "not listed")},
+                 {"off/scenery/d.bgl", Airport("KDDD", "not required")}});
+    auto r = Start();
+    EXPECT_EQ(r->ui.Sorted_List(), (std::vector<std::string>{"KAAA (ALPHA)", "KBBB (BETA)"}));
+    // Files in the order Windows lists them: a.bgl before B.BGL.
+    EXPECT_EQ(r->m->airports[0].ident, "KAAA");
+    EXPECT_EQ(r->ui.progress_max, 5); // the folder counted twice, read once
+    EXPECT_NE(r->m->atc_data_path.find("atc2"), std::string::npos); // the last one counts
+}
+
+TEST(ScanSequence, EmptyResultsAreNoErrors) {
+    Work_Dir dir("scan-empty");
+    Small_World(dir, "[General]\r\n", {});
+    // A configuration file for some other simulator: no scenery.cfg is read.
+    Config_Rec other;
+    other.title = "Quilmark v1.1";
+    other.format_mark = 1;
+    other.fs_version = 2;
+    other.fs_path = dir.Sub("fs");
+    Write_Text(Config_File_Name, Encode_Config(other));
+    auto r = Start();
+    EXPECT_EQ(r->m->scenery_area_count, 0);
+    EXPECT_EQ(r->m->airport_count, 0);
+    EXPECT_TRUE(r->ui.list.empty());
+    EXPECT_EQ(r->ui.status_texts.back(), "Done");
+    EXPECT_EQ(std::filesystem::file_size(Database_File_Name), 64u);
+}
+
+TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
+    Work_Dir dir("scan-count0");
+    Small_World(dir, "[General]\r\n" + Area(1, "Airport and Facilities Data", "ap"),
+                {{"ap/scenery/x.bgl", Example_Field()}});
+    Start();
+    std::filesystem::remove(Config_File_Name);
+    Module1 fresh;
+    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::ok);
+    auto r = Start();
+    EXPECT_TRUE(r->ui.list.empty());
+    EXPECT_TRUE(r->ui.messages.empty());
+    EXPECT_EQ(r->m->airports.Slot_Count(), 1u);
+}
