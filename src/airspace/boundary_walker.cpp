@@ -1,9 +1,182 @@
 #include "airspace/boundary_walker.h"
 
+#include "bgl/geodesy.h"
+#include "platform/rounding.h"
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
-void Walk_Boundary_Section(Form3_Data& /*form*/, Module1& /*module*/, int64_t /*section_position*/,
-                           Section_Header /*header*/) {
-    // Boundary decoding arrives with the airspace fetch.
+namespace {
+
+// Positions of the boundary records, converted and rounded to 4 decimals.
+double Boundary_Latitude(int32_t raw) {
+    return Round_Decimals(Decode_Latitude(raw), 4);
+}
+double Boundary_Longitude(int32_t raw) {
+    return Round_Decimals(Decode_Longitude(raw), 4);
+}
+
+// One level of the chain of groups. A group of the wanted kind is handed to open_group
+// with its position; records of type 0x30001 are passed over; any other type ends the chain.
+template <class Open_Group>
+void Walk_Group_Chain(Bgl_Image& image, int64_t start, Section_Header header, int32_t wanted_kind,
+                      Open_Group open_group) {
+    const int64_t file_length = Bgl_File_Length(image);
+    int64_t record_offset = 0;
+    for (;;) {
+        const int64_t p = start + record_offset;
+        if (header.record_type == Boundary_Group_Record) {
+            if (Read_Int32(image, p + 8) == wanted_kind) {
+                open_group(p);
+            }
+        } else if (header.record_type != Boundary_Skipped_Record) {
+            return;
+        }
+        const int64_t length = static_cast<int64_t>(header.record_size) + 8;
+        // A record that would not move the walk forward, or one outside the file, ends it.
+        if (length <= 0 || p >= file_length || !Charge_Walk(image, 8)) {
+            return;
+        }
+        record_offset += length;
+        header.record_type = Read_Int32(image, start + record_offset);
+        header.record_size = Read_Int32(image, start + record_offset + 4);
+    }
+}
+
+bool Is_Boundary_Child(int32_t type) {
+    switch (type) {
+    case Boundary_Box:
+    case Boundary_Name:
+    case Boundary_Fix:
+    case Boundary_Start:
+    case Boundary_Skip:
+    case Boundary_Line:
+    case Boundary_Arc_CW:
+    case Boundary_Arc_CCW:
+    case Boundary_Circle:
+    case Boundary_Com:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Add_Point(Airspace_Rec& airspace, uint8_t kind, double lat, double lon, int32_t radius) {
+    airspace.point_count += 1;
+    airspace.points.Resize_Keep(static_cast<size_t>(airspace.point_count));
+    Boundary_Point_Rec& point = airspace.points[static_cast<size_t>(airspace.point_count - 1)];
+    point.kind = kind;
+    point.lat = lat;
+    point.lon = lon;
+    point.radius = radius;
+}
+
+// A new airspace for a wanted boundary, its centre in the middle of the box's diagonal.
+void Open_Airspace(Module1& module, double south, double west, double north, double east) {
+    module.airspace_count += 1;
+    module.airspaces.Resize_Keep(static_cast<size_t>(module.airspace_count));
+    Airspace_Rec& airspace = module.airspaces[static_cast<size_t>(module.airspace_count - 1)];
+    int16_t d = Great_Circle_Distance(north, west, south, east);
+    int16_t k = Great_Circle_Bearing(module.magvar_grid, north, west, south, east);
+    int16_t h = To_I16(d / 2.0);
+    Geo_Point_Rec centre = Great_Circle_Destination(north, west, k, h);
+    airspace.center_lat = centre.lat;
+    airspace.center_lon = centre.lon;
+}
+
+void Apply_Record(const Bgl_Image& image, int64_t c, int32_t type, int32_t size,
+                  Airspace_Rec& airspace) {
+    switch (type) {
+    case Boundary_Name: {
+        std::string text = Read_Text(image, c + 8, Clamp_I16(size));
+        airspace.region_name =
+            airspace.region_name.empty() ? text : airspace.region_name + "  " + text;
+        break;
+    }
+    case Boundary_Fix:
+    case Boundary_Line:
+    case Boundary_Arc_CW:
+    case Boundary_Arc_CCW:
+    case Boundary_Start: {
+        uint8_t kind = type == Boundary_Fix       ? Point_Fix
+                       : type == Boundary_Line    ? Point_Line
+                       : type == Boundary_Arc_CW  ? Point_Arc_CW
+                       : type == Boundary_Arc_CCW ? Point_Arc_CCW
+                                                  : Point_Start;
+        Add_Point(airspace, kind, Boundary_Latitude(Read_Int32(image, c + 12)),
+                  Boundary_Longitude(Read_Int32(image, c + 20)), 0);
+        if (type == Boundary_Start) {
+            airspace.floor_alt = Read_Int32(image, c + 24);
+            airspace.ceiling_alt = Read_Int32(image, c + 28);
+        }
+        break;
+    }
+    case Boundary_Circle:
+        Add_Point(airspace, Point_Circle, 0, 0, Read_Int32(image, c + 8));
+        airspace.floor_alt = Read_Int32(image, c + 16);
+        airspace.ceiling_alt = Read_Int32(image, c + 20);
+        break;
+    case Boundary_Com:
+        airspace.freq_text += Frequency_Text(Decode_Frequency(Read_Int32(image, c + 8))) + " Mhz  ";
+        airspace.facility_name =
+            Read_Text(image, c + 16, Clamp_I16(static_cast<int64_t>(size) - 8));
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+void Walk_Boundary_Section(Form3_Data& form, Module1& module, int64_t section_position,
+                           Section_Header header) {
+    Bgl_Image& image = form.bgl_image;
+    Walk_Group_Chain(image, section_position, header, Group_Kind_Boundary_List, [&](int64_t p) {
+        Section_Header child{Read_Int32(image, p + 16), Read_Int32(image, p + 20)};
+        Walk_Boundary_List(form, module, p + 16, child);
+    });
+}
+
+void Walk_Boundary_List(Form3_Data& form, Module1& module, int64_t list_position,
+                        Section_Header header) {
+    Walk_Group_Chain(form.bgl_image, list_position, header, Group_Kind_Boundary,
+                     [&](int64_t p) { Read_Boundary_Records(form, module, p); });
+}
+
+void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position) {
+    Bgl_Image& image = form.bgl_image;
+    const int64_t file_length = Bgl_File_Length(image);
+    const int64_t first = position + 16;
+    int64_t record_offset = 0;
+    bool boundary_wanted = false;
+    for (;;) {
+        const int64_t c = first + record_offset;
+        const int32_t type = Read_Int32(image, c);
+        const int32_t size = Read_Int32(image, c + 4);
+        if (!Is_Boundary_Child(type)) {
+            return;
+        }
+        const int64_t length = static_cast<int64_t>(size) + 8;
+        if (length <= 0 || c >= file_length ||
+            !Charge_Walk(image, length < file_length - c ? length : file_length - c)) {
+            return;
+        }
+        if (type == Boundary_Box) {
+            // Strictly inside, against edges rounded to 4 decimals; the airport's own
+            // position is taken as it is. A box across the 180th meridian holds nothing.
+            const double south = Boundary_Latitude(Read_Int32(image, c + 8));
+            const double west = Boundary_Longitude(Read_Int32(image, c + 12));
+            const double north = Boundary_Latitude(Read_Int32(image, c + 16));
+            const double east = Boundary_Longitude(Read_Int32(image, c + 20));
+            const double lat = module.current_airport.lat;
+            const double lon = module.current_airport.lon;
+            if (south < lat && lat < north && west < lon && lon < east) {
+                Open_Airspace(module, south, west, north, east);
+                boundary_wanted = true;
+            }
+        } else if (type != Boundary_Skip && boundary_wanted) {
+            Apply_Record(image, c, type, size,
+                         module.airspaces[static_cast<size_t>(module.airspace_count - 1)]);
+        }
+        record_offset += length;
+    }
 }

@@ -32,6 +32,10 @@ class Chooser_Form {
     virtual void Stop_Scan_Timer() = 0;
     // Combo1 is a sorted list: the entry goes to its place in the order of Sort_List_Entries.
     virtual void Add_List_Entry(const std::string& text) = 0;
+    // The whole form, repainted while no events run.
+    virtual void Repaint_Form() = 0;
+    // The end of GET AIRPORT: the chooser unloads and the chart opens.
+    virtual void Hand_Over_To_Chart() = 0;
 };
 
 // The chooser's list order: ascending without regard to case (Windows-1252 letters), and
@@ -58,6 +62,8 @@ class Recording_Chooser_Form : public Chooser_Form {
     std::vector<bool> control_changes; // each call of Enable_Controls
     bool scan_timer_enabled = true;
     std::vector<std::string> list; // in the order added
+    int form_repaints = 0;
+    bool handed_over = false;
 
     void Show_Status(const std::string& text) override { status_texts.push_back(text); }
     float Progress_Value() const override { return progress_value; }
@@ -75,6 +81,8 @@ class Recording_Chooser_Form : public Chooser_Form {
     }
     void Stop_Scan_Timer() override { scan_timer_enabled = false; }
     void Add_List_Entry(const std::string& text) override { list.push_back(text); }
+    void Repaint_Form() override { ++form_repaints; }
+    void Hand_Over_To_Chart() override { handed_over = true; }
 
     // The list as the sorted combo box shows it.
     std::vector<std::string> Sorted_List() const;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -347,6 +348,10 @@ Bytes Build_Magdec(const std::vector<int16_t>& values, int32_t grid_position) {
 }
 
 void Write_File(const std::string& path, const Bytes& bytes) {
+    std::filesystem::path parent = std::filesystem::path(path).parent_path();
+    if (!parent.empty()) {
+        std::filesystem::create_directories(parent);
+    }
     std::ofstream out(path, std::ios::binary);
     out.write(reinterpret_cast<const char*>(bytes.data()),
               static_cast<std::streamsize>(bytes.size()));
@@ -361,4 +366,83 @@ int32_t Read_Int32_Le(const Bytes& bytes, size_t at) {
         v |= static_cast<uint32_t>(bytes.at(at + i)) << (8 * i);
     }
     return static_cast<int32_t>(v);
+}
+
+Bytes Boundary_Group(int32_t group_kind, const Bytes& children) {
+    Byte_Writer w;
+    w.I32(1);
+    w.I32(static_cast<int32_t>(8 + children.size()));
+    w.I32(group_kind);
+    w.I32(0);
+    w.Append(children);
+    return w.bytes;
+}
+
+Bytes Boundary_Box_Record(int32_t south, int32_t west, int32_t north, int32_t east) {
+    Byte_Writer w;
+    w.I32(south);
+    w.I32(west);
+    w.I32(north);
+    w.I32(east);
+    return Record(0x1000B, w.bytes);
+}
+
+Bytes Boundary_Name_Record(std::string_view name, size_t padded_length) {
+    Byte_Writer w;
+    w.Text(name, padded_length);
+    return Record(0x10006, w.bytes);
+}
+
+Bytes Boundary_Point_Record(int32_t type, int32_t lat_raw, int32_t lon_raw) {
+    Byte_Writer w;
+    w.I32(0);
+    w.I32(lat_raw);
+    w.I32(0);
+    w.I32(lon_raw);
+    return Record(type, w.bytes);
+}
+
+Bytes Boundary_Start_Record(int32_t lat_raw, int32_t lon_raw, int32_t floor, int32_t ceiling) {
+    Byte_Writer w;
+    w.I32(0);
+    w.I32(lat_raw);
+    w.I32(0);
+    w.I32(lon_raw);
+    w.I32(floor);
+    w.I32(ceiling);
+    return Record(0x12002, w.bytes);
+}
+
+Bytes Boundary_Circle_Record(int32_t radius, int32_t floor, int32_t ceiling) {
+    Byte_Writer w;
+    w.I32(radius);
+    w.I32(0);
+    w.I32(floor);
+    w.I32(ceiling);
+    return Record(0x12008, w.bytes);
+}
+
+Bytes Boundary_Com_Record(int32_t frequency_word, std::string_view facility_name,
+                          size_t padded_length) {
+    Byte_Writer w;
+    w.I32(frequency_word);
+    w.I32(0);
+    w.Text(facility_name, padded_length);
+    return Record(0x20001, w.bytes);
+}
+
+Bytes Boundary_Section(const std::vector<std::vector<Bytes>>& lists) {
+    Byte_Writer w;
+    for (const auto& boundaries : lists) {
+        Byte_Writer children;
+        for (const Bytes& boundary : boundaries) {
+            children.Append(Boundary_Group(5, boundary));
+        }
+        children.I32(0); // ends the chain of boundaries
+        children.I32(0);
+        w.Append(Boundary_Group(4, children.bytes));
+    }
+    w.I32(0);
+    w.I32(0);
+    return w.bytes;
 }

@@ -146,7 +146,24 @@ template <class F> std::vector<int16_t> Magdec_Values(F value_at) {
     return values;
 }
 
+// Writes the bytes to a file, creating the folders above it.
 void Write_File(const std::string& path, const Bytes& bytes);
 
 // The little-endian word at a position of a byte vector.
 int32_t Read_Int32_Le(const Bytes& bytes, size_t at);
+
+// The boundary section: groups (record type 1) of kind 4 holding groups of kind 5, each a
+// boundary with its child records. Positions are raw values (Encode_Latitude and
+// Encode_Longitude).
+Bytes Boundary_Group(int32_t group_kind, const Bytes& children);
+Bytes Boundary_Box_Record(int32_t south, int32_t west, int32_t north, int32_t east);
+Bytes Boundary_Name_Record(std::string_view name, size_t padded_length = 0);
+// Fix 0x12001, Line 0x12005, Arc CW 0x12006, Arc CCW 0x12007: a position.
+Bytes Boundary_Point_Record(int32_t type, int32_t lat_raw, int32_t lon_raw);
+Bytes Boundary_Start_Record(int32_t lat_raw, int32_t lon_raw, int32_t floor, int32_t ceiling);
+Bytes Boundary_Circle_Record(int32_t radius, int32_t floor, int32_t ceiling);
+Bytes Boundary_Com_Record(int32_t frequency_word, std::string_view facility_name,
+                          size_t padded_length = 0);
+// A whole section: one list group per entry of lists, each holding boundary groups with
+// the given children, and a record of type 0 behind the last list.
+Bytes Boundary_Section(const std::vector<std::vector<Bytes>>& lists);

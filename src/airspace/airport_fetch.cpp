@@ -1,0 +1,110 @@
+#include "airspace/airport_fetch.h"
+
+#include "bgl/sections.h"
+#include "platform/native_paths.h"
+#include "shell/chooser_form.h"
+#include "shell/form3_data.h"
+#include "shell/module1.h"
+
+namespace {
+
+std::string Frequency_Item(const std::string& frequency) {
+    return frequency + " Mhz  ";
+}
+
+void Add_Terminal_Airspace(Module1& m) {
+    const Airport_Rec& airport = m.current_airport;
+    m.airspace_count += 1;
+    m.airspaces.Resize_Keep(static_cast<size_t>(m.airspace_count));
+    Airspace_Rec& terminal = m.airspaces[static_cast<size_t>(m.airspace_count - 1)];
+    terminal.center_lat = airport.lat;
+    terminal.center_lon = airport.lon;
+    terminal.floor_alt = 0;
+    terminal.ceiling_alt = 10000;
+    terminal.class_text = "TRACON (Departure/Approach)";
+    if (!airport.departure_freq.empty()) {
+        terminal.freq_text += Frequency_Item(airport.departure_freq);
+    }
+    if (!airport.approach_freq.empty()) {
+        terminal.freq_text += Frequency_Item(airport.approach_freq);
+    }
+    terminal.point_count = 2;
+    terminal.points.Resize_Keep(2);
+    terminal.points[0] = Boundary_Point_Rec{Point_Fix, airport.lat, airport.lon, 0};
+    terminal.points[1] = Boundary_Point_Rec{Point_Circle, 0, 0, 20};
+}
+
+} // namespace
+
+std::string Airspace_Class(const Airspace_Rec& a) {
+    if (!a.freq_text.empty() && !a.facility_name.empty()) {
+        return "ARTCC/FIR";
+    }
+    if (a.floor_alt <= 2500 && a.ceiling_alt <= 2500) {
+        return "Airspace Class D";
+    }
+    if (a.floor_alt <= 4000 && a.ceiling_alt <= 4000) {
+        return "Airspace Class C";
+    }
+    return "Airspace Class B";
+}
+
+void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
+                 const std::optional<std::string>& chosen_entry) {
+    if (!chosen_entry.has_value()) {
+        return;
+    }
+    ui.Enable_Controls(false);
+    ui.Show_Status("Getting Airport's Info...");
+    // The list is sorted, so its index says nothing: the record is found by its text, and of
+    // two records with the same text the later one wins.
+    for (int32_t i = 0; i < m.airport_count && static_cast<size_t>(i) < m.airports.Slot_Count();
+         ++i) {
+        const Airport_Rec& airport = m.airports[static_cast<size_t>(i)];
+        if (Airport_List_Text(airport) == *chosen_entry) {
+            m.current_airport = airport;
+        }
+    }
+    m.airports.Release();
+
+    ui.Show_Status("Looking for Airspace...");
+    if (m.airspace_count > 0) {
+        m.airspaces.Release();
+        m.airspace_count = 0;
+    }
+    // Listed twice, so that the bar has its true maximum before the first file is read.
+    int32_t file_total = 0;
+    const size_t listed = List_Folder_Files(form.drives, m.atc_data_path, "*.bgl").size();
+    for (size_t i = 0; i < listed; ++i) {
+        ++file_total;
+        ui.Repaint_Form();
+    }
+    ui.Set_Progress_Min(0);
+    ui.Set_Progress_Max(static_cast<float>(file_total));
+    ui.Set_Progress_Value(0);
+    ui.Redraw_Progress();
+    for (const Listed_File_Rec& file : List_Folder_Files(form.drives, m.atc_data_path, "*.bgl")) {
+        if (Load_Bgl_Image(form.bgl_image, file.native_path) && Has_Bgl_Marker(form.bgl_image)) {
+            Read_BGL_Sections(form, m);
+        }
+        ui.Set_Progress_Value(ui.Progress_Value() + 1);
+        ui.Redraw_Progress();
+        ui.Repaint_Form();
+    }
+
+    for (int32_t i = 0; i < m.airspace_count; ++i) {
+        Airspace_Rec& airspace = m.airspaces[static_cast<size_t>(i)];
+        airspace.class_text = Airspace_Class(airspace);
+    }
+    if (!m.current_airport.departure_freq.empty() || !m.current_airport.approach_freq.empty()) {
+        Add_Terminal_Airspace(m);
+    }
+
+    ui.Show_Status("Done");
+    ui.Set_Progress_Min(0);
+    ui.Set_Progress_Max(100);
+    ui.Set_Progress_Value(0);
+    ui.Redraw_Progress();
+    ui.Enable_Controls(true);
+    ui.Hand_Over_To_Chart();
+}

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "airspace/airport_fetch.h"
+#include "platform/drives.h"
+#include "shell/chooser_form.h"
+#include "support/decode.h"
+#include "support/work_dir.h"
+
+namespace {
+
+Airport_Rec Airport(const std::string& ident, const std::string& name, double lat, double lon) {
+    Airport_Rec a;
+    a.ident = ident;
+    a.name = name;
+    a.lat = lat;
+    a.lon = lon;
+    return a;
+}
+
+Bytes Boundary_File(double south, double west, double north, double east, const std::string& name) {
+    Bgl_File_Spec spec;
+    spec.boundary_section = Boundary_Section(
+        {{Concat({Boundary_Box_Record(Encode_Latitude(south), Encode_Longitude(west),
+                                      Encode_Latitude(north), Encode_Longitude(east)),
+                  Boundary_Name_Record(name), Boundary_Circle_Record(5, 0, 2500)})}});
+    return Build_Bgl(spec);
+}
+
+struct Fetch_Fixture {
+    std::unique_ptr<Module1> m = std::make_unique<Module1>();
+    std::unique_ptr<Form3_Data> form = std::make_unique<Form3_Data>();
+
+    // The list as the scan leaves it.
+    void Fill(const std::vector<Airport_Rec>& airports) {
+        m->airports.Resize_Keep(airports.size());
+        for (size_t i = 0; i < airports.size(); ++i) {
+            m->airports[i] = airports[i];
+        }
+        m->airport_count = static_cast<int32_t>(airports.size());
+    }
+    Recording_Chooser_Form Fetch(const std::optional<std::string>& entry) {
+        Recording_Chooser_Form ui;
+        Get_Airport(*m, *form, ui, entry);
+        return ui;
+    }
+};
+
+} // namespace
+
+TEST(AirportFetch, FindsTheRecordBuildsAirspaceAndHandsOver) {
+    Work_Dir dir("fetch");
+    Write_File(dir.Sub("atc/scenery/a.bgl"), Boundary_File(47, -123, 48, -122, "SEA D"));
+    Write_File(dir.Sub("atc/scenery/b.BGL"), Boundary_File(40, -80, 41, -79, "FAR AWAY"));
+    Write_File(dir.Sub("atc/scenery/c.bgl"), Bytes(50, 1)); // no marker: passed over, counted
+    Fetch_Fixture f;
+    f.form->drives = Plain_Drive_List();
+    f.m->atc_data_path = dir.Sub("atc") + "\\SCENERY"; // the program's path; case ignored
+    Airport_Rec first = Airport("KSEA", "SEATTLE", 10, 10);
+    Airport_Rec later = Airport("KSEA", "SEATTLE", 47.45, -122.31);
+    later.approach_freq = "119.2";
+    f.Fill({first, Airport("KBFI", "BOEING", 47.53, -122.3), later});
+
+    Recording_Chooser_Form ui = f.Fetch(std::string("KSEA (SEATTLE)"));
+    EXPECT_EQ(f.m->current_airport, later); // the later of two equal texts
+    EXPECT_EQ(f.m->airports.Slot_Count(), 1u);
+    EXPECT_EQ(f.m->airport_count, 3);
+    EXPECT_EQ(ui.status_texts, (std::vector<std::string>{"Getting Airport's Info...",
+                                                         "Looking for Airspace...", "Done"}));
+    EXPECT_EQ(ui.control_changes, (std::vector<bool>{false, true}));
+    EXPECT_EQ(ui.form_repaints, 6); // three while counting, three while reading
+    EXPECT_EQ(ui.progress_max, 100);
+    EXPECT_EQ(ui.progress_value, 0);
+    EXPECT_TRUE(ui.handed_over);
+
+    ASSERT_EQ(f.m->airspace_count, 2);
+    EXPECT_EQ(f.m->airspaces[0].region_name, "SEA D");
+    EXPECT_EQ(f.m->airspaces[0].class_text, "Airspace Class D");
+    const Airspace_Rec& terminal = f.m->airspaces[1]; // always last
+    EXPECT_EQ(terminal.class_text, "TRACON (Departure/Approach)");
+    EXPECT_EQ(terminal.freq_text, "119.2 Mhz  ");
+    EXPECT_EQ(terminal.ceiling_alt, 10000);
+    ASSERT_EQ(terminal.point_count, 2);
+    EXPECT_EQ(terminal.points[0], (Boundary_Point_Rec{Point_Fix, 47.45, -122.31, 0}));
+    EXPECT_EQ(terminal.points[1], (Boundary_Point_Rec{Point_Circle, 0, 0, 20}));
+    EXPECT_EQ(f.m->airspaces.Slot_Count(), 3u);
+
+    // Back at the chooser, another airport: only its own airspace remains.
+    Airport_Rec boeing = Airport("KBFI", "BOEING", 47.53, -122.3);
+    boeing.departure_freq = "120.4";
+    boeing.approach_freq = "119.2";
+    f.Fill({boeing});
+    f.Fetch(std::string("KBFI (BOEING)"));
+    ASSERT_EQ(f.m->airspace_count, 2);
+    EXPECT_EQ(f.m->airspaces[0].region_name, "SEA D");
+    EXPECT_EQ(f.m->airspaces[1].freq_text, "120.4 Mhz  119.2 Mhz  ");
+    EXPECT_EQ(f.m->current_airport.ident, "KBFI");
+}
+
+TEST(AirportFetch, NothingChosenChangesNothing) {
+    Fetch_Fixture f;
+    f.Fill({Airport("KSEA", "SEATTLE", 47, -122)});
+    Recording_Chooser_Form ui = f.Fetch(std::nullopt);
+    EXPECT_TRUE(ui.status_texts.empty());
+    EXPECT_TRUE(ui.control_changes.empty());
+    EXPECT_FALSE(ui.handed_over);
+    EXPECT_EQ(f.m->airports.Slot_Count(), 2u);
+}
+
+TEST(AirportFetch, MissingFolderGivesNoAirspaceAndStillHandsOver) {
+    Fetch_Fixture f;
+    f.form->drives = Plain_Drive_List();
+    f.m->atc_data_path = "/no/such/folder";
+    f.Fill({Airport("KXXX", "NOWHERE", 47, -122)});
+    Recording_Chooser_Form ui = f.Fetch(std::string("KXXX (NOWHERE)"));
+    EXPECT_EQ(f.m->airspace_count, 0);
+    EXPECT_FALSE(f.m->airspaces.allocated);
+    EXPECT_TRUE(ui.handed_over);
+    EXPECT_EQ(ui.status_texts.back(), "Done");
+}
