@@ -1,0 +1,58 @@
+// From the program's paths to the native file system.
+//
+// The program forms its paths the Windows way: "\" separators, drive letters, and much of
+// the text in lower case ("d:\scenery\world\scenery"). Those texts are Windows-1252 bytes.
+// A case-sensitive file system needs every component matched without regard to case, and
+// drive letters mapped through the drive list. Native paths handed back are UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/drives.h"
+
+// The native path for a program path. Accepted forms:
+//   "C:\dir\file", "c:dir\file"  a drive letter, mapped through the list;
+//   "\dir\file", "/dir/file"     the native root "/" (so native absolute paths pass);
+//   "dir\file"                   relative to the current directory.
+// Both separators count, empty and "." components are dropped, ".." goes up one level.
+// Each component is looked up in its native folder: the name as given (as UTF-8, then as
+// raw bytes) if it exists, else the entry equal to it without regard to Windows-1252 case
+// (the lowest by bytes if several are). From the first component that has no match on,
+// the rest is appended as given, so the result names a path that does not exist.
+// Empty if the path is empty or names a drive letter that the list lacks.
+std::string Resolve_Native_Path(const Drive_List& drives, std::string_view program_path);
+
+// "*" matches any run of characters, "?" exactly one; everything else matches itself
+// without regard to Windows-1252 case. "*.*" matches every name, dotted or not.
+bool Wildcard_Match(std::string_view pattern, std::string_view name);
+
+struct Listed_File_Rec {
+    std::string name;        // Windows-1252, as the program would see it
+    std::string native_path; // the file's native path, for opening it
+    bool operator==(const Listed_File_Rec&) const = default;
+};
+
+// The normal files of a folder whose names match the pattern, in the order Windows gives
+// on its own disks: ascending by Compare_No_Case of the names, then by native bytes.
+// Normal files are regular files or links to them; folders, dangling links, devices and
+// names that begin with "." (hidden files under Wine) are left out. A missing folder gives
+// an empty list.
+std::vector<Listed_File_Rec>
+List_Folder_Files(const Drive_List& drives, std::string_view folder_path, std::string_view pattern);
+
+// A regular file (or a link to one) exists at the program path.
+bool Normal_File_Exists(const Drive_List& drives, std::string_view program_path);
+
+// The whole file at a native path, or nothing if it cannot be opened or read, or is
+// larger than max_size bytes.
+std::optional<std::string> Read_Whole_File(const std::string& native_path,
+                                           uint64_t max_size = UINT64_MAX);
+
+// Replaces the file at a native path by the bytes: they go to a temporary file in the same
+// folder, which is then renamed over the target, so a crash never leaves a half-written
+// file. False if anything fails; the target is then left as it was.
+bool Write_File_Replacing(const std::string& native_path, std::string_view bytes);
