@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/native_paths.h"
+#include "shell/config_file.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Runs the test inside a folder of its own, as the program runs in its current directory.
+struct In_Temp_Folder {
+    fs::path previous = fs::current_path();
+    fs::path folder =
+        fs::path(testing::TempDir()) /
+        ("qm-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+    In_Temp_Folder() {
+        fs::create_directories(folder);
+        fs::current_path(folder);
+    }
+    ~In_Temp_Folder() {
+        fs::current_path(previous);
+        fs::remove_all(folder);
+    }
+};
+
+const std::string Path_25 = "E:\\Microsoft Games\\FS2002"; // 25 characters
+
+std::string Expected_48_Bytes(char count_low, char count_high) {
+    return std::string("\x0D\x00", 2) + "Quilmark v1.1" + "\x01\x01" + std::string("\x19\x00", 2) +
+           Path_25 + count_low + count_high + std::string(2, '\0');
+}
+
+std::string File_Bytes() {
+    return Read_Whole_File(Config_File_Name).value_or("(missing)");
+}
+
+} // namespace
+
+TEST(ConfigFile, WizardWriteAndScanUpdateKeepThe48ByteLayout) {
+    In_Temp_Folder here;
+    ASSERT_EQ(Path_25.size(), 25u);
+    Module1 m;
+    ASSERT_EQ(Write_First_Config(m, true, Path_25), Config_Status::ok);
+    EXPECT_EQ(File_Bytes(), Expected_48_Bytes(0, 0));
+    EXPECT_EQ(m.fs_version, 1);
+    EXPECT_EQ(m.fs_path, Path_25);
+
+    m.airport_count = 0x1234;
+    ASSERT_EQ(Update_Config_Airport_Count(m), Config_Status::ok);
+    EXPECT_EQ(File_Bytes(), Expected_48_Bytes(0x34, 0x12));
+    // Only the file itself is in the folder: no temporary file is left behind.
+    EXPECT_EQ(std::distance(fs::directory_iterator("."), fs::directory_iterator()), 1);
+
+    Module1 later;
+    ASSERT_EQ(Read_Config_File(later, Config_File_Name), Config_Status::ok);
+    EXPECT_EQ(later.config, (Config_Rec{"Quilmark v1.1", 1, 1, Path_25, 0x1234}));
+    EXPECT_EQ(later.fs_version, 1);
+    EXPECT_EQ(later.fs_path, Path_25);
+    EXPECT_EQ(later.airport_count, 0x1234);
+}
+
+TEST(ConfigFile, FileCutShortLeavesTheRemainingFieldsEmpty) {
+    const std::string whole = Expected_48_Bytes(7, 0);
+    const Config_Rec full{"Quilmark v1.1", 1, 1, Path_25, 7};
+    struct Case {
+        size_t length;
+        Config_Rec expected;
+    };
+    const Case cases[] = {
+        {0, {}},
+        {1, {}},
+        {14, {}}, // title cut in the middle
+        {15, {full.title, 0, 0, "", 0}},
+        {16, {full.title, 1, 0, "", 0}},
+        {17, {full.title, 1, 1, "", 0}},
+        {43, {full.title, 1, 1, "", 0}},
+        {46, {full.title, 1, 1, Path_25, 0}}, // count cut in the middle
+        {48, full},
+        {60, full}, // bytes behind the record are not looked at
+    };
+    In_Temp_Folder here;
+    for (const Case& c : cases) {
+        std::ofstream(Config_File_Name, std::ios::binary)
+            << (whole + std::string(12, 'z')).substr(0, c.length);
+        Module1 m;
+        m.fs_path = "stale";
+        EXPECT_EQ(Read_Config_File(m, Config_File_Name), Config_Status::ok) << c.length;
+        EXPECT_EQ(m.config, c.expected) << c.length;
+        EXPECT_EQ(m.fs_path, c.expected.fs_path) << c.length;
+    }
+}
+
+TEST(ConfigFile, UpdateSkipsMissingFileAndKeepsTrailingBytes) {
+    In_Temp_Folder here;
+    Module1 m;
+    m.airport_count = 5;
+    EXPECT_EQ(Update_Config_Airport_Count(m), Config_Status::missing);
+    EXPECT_FALSE(fs::exists(Config_File_Name));
+    EXPECT_EQ(Read_Config_File(m, Config_File_Name), Config_Status::missing);
+    EXPECT_EQ(m.airport_count, 5); // untouched
+
+    // A foreign file longer than its record keeps its tail, as a write at position 0 does.
+    std::ofstream(Config_File_Name, std::ios::binary) << Expected_48_Bytes(0, 0) << "TAIL";
+    ASSERT_EQ(Update_Config_Airport_Count(m), Config_Status::ok);
+    EXPECT_EQ(File_Bytes(), Expected_48_Bytes(5, 0) + "TAIL");
+}
+
+TEST(ConfigFile, WizardChoicesAndLimits) {
+    In_Temp_Folder here;
+    Module1 m;
+    // Without the simulator's option the version stays 0; the scan then reads no areas.
+    ASSERT_EQ(Write_First_Config(m, false, "/home/ann/FS2002"), Config_Status::ok);
+    EXPECT_EQ(Decode_Config(File_Bytes()).fs_version, 0);
+    EXPECT_EQ(m.fs_version, 0);
+
+    // Windows-1252 bytes are stored one to a character.
+    ASSERT_EQ(Write_First_Config(m, true, "D:\\Z\xFCrich"), Config_Status::ok);
+    EXPECT_EQ(File_Bytes().substr(17, 11), std::string("\x09\x00", 2) + "D:\\Z\xFCrich");
+
+    EXPECT_EQ(Write_First_Config(m, true, std::string(65536, 'x')), Config_Status::text_too_long);
+    EXPECT_EQ(m.fs_path, "D:\\Z\xFCrich");
+    EXPECT_EQ(Write_First_Config(m, true, "x", "no/such/folder/cfg"), Config_Status::unwritable);
+}
