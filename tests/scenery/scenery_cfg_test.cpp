@@ -1,0 +1,223 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <random>
+
+#include "scenery/scenery_cfg.h"
+
+namespace {
+
+Module1 Read_Text(std::string_view text) {
+    Module1 m;
+    m.scenery_areas.Release();
+    EXPECT_EQ(Read_Scenery_Cfg_Text(m, text), Scenery_Cfg_Status::ok);
+    return m;
+}
+
+std::vector<Scenery_Area> Areas(std::string_view text) {
+    Module1 m = Read_Text(text);
+    // The filled entries and one empty slot on top.
+    EXPECT_EQ(m.scenery_areas.Slot_Count(), static_cast<size_t>(m.scenery_area_count) + 1);
+    EXPECT_EQ(m.scenery_areas.items.back(), Scenery_Area{});
+    m.scenery_areas.items.pop_back();
+    return m.scenery_areas.items;
+}
+
+// The reader as the search behaviour describes it, step for step and without shortcuts:
+// the reference for files of random bytes.
+std::vector<Scenery_Area> Reference_Areas(std::string_view text) {
+    std::vector<std::string> lines;
+    std::string line;
+    bool open_line = false;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' || text[i] == '\n') {
+            lines.push_back(line);
+            line.clear();
+            open_line = false;
+            if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
+                ++i;
+            }
+        } else {
+            line += text[i];
+            open_line = true;
+        }
+    }
+    if (open_line) {
+        lines.push_back(line);
+    }
+    std::vector<std::string> headers;
+    std::string contents;
+    for (const std::string& l : lines) {
+        if (!l.empty() && l[0] == '[' && l.find(']') != std::string::npos) {
+            headers.push_back(l.substr(0, l.find(']') + 1));
+        }
+        contents = contents.empty() ? l : contents + "\r\n" + l;
+    }
+    std::vector<Scenery_Area> areas;
+    for (size_t s = 0; s < headers.size(); ++s) {
+        std::string lower = headers[s];
+        for (char& c : lower) {
+            c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        }
+        if (lower.find("[area.") == std::string::npos) {
+            continue;
+        }
+        size_t start = contents.find(headers[s]);
+        size_t end = s + 1 < headers.size() ? contents.find(headers[s + 1]) : contents.size();
+        std::string block = end >= start ? contents.substr(start, end - start) : "";
+        areas.push_back({Get_Cfg_Value(block, "Title"), Get_Cfg_Value(block, "Texture_ID"),
+                         Get_Cfg_Value(block, "Active"), Get_Cfg_Value(block, "Layer"),
+                         Get_Cfg_Value(block, "Required"), Get_Cfg_Value(block, "Remote"),
+                         Get_Cfg_Value(block, "Local")});
+    }
+    return areas;
+}
+
+} // namespace
+
+TEST(SceneryCfg, ReadsAreasAsTheFileHasThem) {
+    const std::string text =
+        "\r\n[General]\r\nTitle=FS2002 World Scenery\r\nCleanup_Cache=FALSE\r\n"
+        "\r\n[Area.001]\r\nTitle=Default Terrain\r\nTexture_ID=1\r\n"
+        "Remote=[FS2002 Disk2]\\Scenery\r\nLocal=Scenery\\World\r\nLayer=1\r\n"
+        "Active=TRUE\r\nRequired=TRUE\r\n"
+        "\r\n[AREA.002] ; airports\r\ntitle=Airport and Facilities Data\r\n"
+        "LOCAL = Scenery\\APT\r\nlocal=\"Scenery\\Airports \"\r\n"
+        "ACTIVE=false\r\nRequired=TRUE=yes";
+    std::vector<Scenery_Area> areas = Areas(text);
+    ASSERT_EQ(areas.size(), 2u);
+    EXPECT_EQ(areas[0], (Scenery_Area{"Default Terrain", "1", "TRUE", "1", "TRUE",
+                                      "[FS2002 Disk2]\\Scenery", "Scenery\\World"}));
+    // Keys in any case, values with their case, quotes, blanks and "=" kept; the last line
+    // without a line break ends the value. "LOCAL =" is no "local=".
+    EXPECT_EQ(areas[1], (Scenery_Area{"Airport and Facilities Data", "", "false", "", "TRUE=yes",
+                                      "", "\"Scenery\\Airports \""}));
+}
+
+TEST(SceneryCfg, BlocksAreCutBySearchingForTheHeaders) {
+    struct Case {
+        const char* name;
+        std::string text;
+        std::vector<std::string> titles;
+    };
+    const Case cases[] = {
+        {"key inside a longer key and a comment above the real one",
+         "[Area.1]\r\n;Title=old\r\nTitle=new\r\n[Area.2]\r\nSubTitle=sub\r\nTitle=real\r\n",
+         {"old", "sub"}},
+        {"an area ends where the next section of any kind begins",
+         "[Area.1]\r\nLocal=a\r\n[Other]\r\nTitle=not mine\r\n",
+         {""}},
+        {"two sections with one header both start at the first",
+         "[Area.1]\r\nTitle=A\r\n[Area.2]\r\nTitle=B\r\n[Area.1]\r\nTitle=C\r\n[Area.3]\r\n",
+         {"A", "", "A", ""}},
+        {"a header text met earlier, inside a value, is where blocks are cut",
+         "[Area.0]\r\nTitle=see [Area.9]\r\n[Area.9]\r\nTitle=nine\r\n",
+         {"see ", "nine"}},
+        {"lines that only look like headers",
+         "[Area.1]\r\n [Area.2]\r\n;[Area.3]\r\n[Area.4\r\nTitle=one\r\n[area.5]x]\r\nTitle=five",
+         {"one", "five"}},
+        {"no area sections", "[General]\r\nTitle=x\r\n[Layers]\r\n", {}},
+        {"no sections", "Title=x\r\n", {}},
+        {"empty file", "", {}},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::string> titles;
+        for (const Scenery_Area& area : Areas(c.text)) {
+            titles.push_back(area.Title);
+        }
+        EXPECT_EQ(titles, c.titles) << c.name;
+    }
+}
+
+TEST(SceneryCfg, EveryLineEndingGivesTheSameAreas) {
+    const std::string crlf = "\r\n\r\n[Area.001]\r\nTitle=T1\r\nLocal=L1\r\n\r\n"
+                             "[Area.002]\r\nRequired=TRUE\r\nLocal=L2";
+    std::vector<Scenery_Area> expected = Areas(crlf);
+    ASSERT_EQ(expected.size(), 2u);
+    EXPECT_EQ(expected[1].Local, "L2");
+    for (const char* ending : {"\n", "\r", "\r\n"}) {
+        std::string text;
+        for (size_t i = 0; i < crlf.size(); ++i) {
+            if (crlf.compare(i, 2, "\r\n") == 0) {
+                text += ending;
+                ++i;
+            } else {
+                text += crlf[i];
+            }
+        }
+        EXPECT_EQ(Areas(text + ending), expected);
+        EXPECT_EQ(Areas(text), expected);
+    }
+}
+
+TEST(SceneryCfg, GetCfgValue) {
+    struct Case {
+        std::string block;
+        const char* key;
+        std::string value;
+    };
+    const Case cases[] = {
+        {"[A]\r\nTitle=x", "Title", "x"},
+        {"[A]\r\nTITLE=  Mixed Case  \r\nTitle=2", "title", "  Mixed Case  "},
+        {"[A]\r\nTitle=", "Title", ""},
+        {"[A]\r\nTitle =x", "Title", ""},
+        {"[A]\r\nLocal=a\rb\r\n", "Local", "a\rb"}, // only CR LF ends a value
+        {"[A]\r\nLocal=\xC9t\xE9", "local", "\xC9t\xE9"},
+        {"[A]\r\nLOC\xC9=1", "loc\xE9", "1"}, // Windows-1252 letters in any case
+        {std::string("[A]\r\nLocal=a\0b", 14), "Local", std::string("a\0b", 3)},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(Get_Cfg_Value(c.block, c.key), c.value) << c.block;
+    }
+}
+
+TEST(SceneryCfg, RandomFilesReadAsTheStepByStepReference) {
+    const std::vector<std::string> pieces = {
+        "[",       "]",        "[Area.1]", "[area.2]", "[AREA.1]",
+        "[Other]", "Title=",   "title=",   "Local",    "Local=",
+        "=",       "\r",       "\n",       "\r\n",     " ",
+        "x",       "Y",        ";",        "remote=",  std::string(1, '\0'),
+        "\xC9",    "REQUIRED="};
+    std::mt19937 random(2002);
+    for (int round = 0; round < 3000; ++round) {
+        std::string text;
+        size_t length = random() % 60;
+        for (size_t i = 0; i < length; ++i) {
+            text += pieces[random() % pieces.size()];
+        }
+        Module1 m = Read_Text(text);
+        m.scenery_areas.items.pop_back();
+        ASSERT_EQ(m.scenery_areas.items, Reference_Areas(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(SceneryCfg, LargeAndHostileFilesStayBounded) {
+    auto started = std::chrono::steady_clock::now();
+    // More sections than the 16-bit count holds.
+    std::string many;
+    for (int i = 0; i < 40000; ++i) {
+        many += "[Area." + std::to_string(i) + "]\nTitle=t" + std::to_string(i) + "\n";
+    }
+    Module1 m = Read_Text(many);
+    EXPECT_EQ(m.scenery_area_count, 32767);
+    EXPECT_EQ(m.scenery_areas[32766].Title, "t32766");
+
+    // One line of many megabytes, brackets without end, NUL bytes.
+    std::string hostile = "[Area.1]" + std::string(4'000'000, '[') + "\0\0]" + "title=";
+    hostile += std::string(4'000'000, 'v');
+    EXPECT_EQ(Read_Text(hostile).scenery_area_count, 1);
+
+    // Repeated headers whose blocks all overlap one huge value.
+    std::string overlap;
+    for (int i = 0; i < 3000; ++i) {
+        overlap += "[Area.a" + std::to_string(i) + "]\n";
+    }
+    overlap += "Title=" + std::string(1'000'000, 't') + "\n";
+    for (int i = 0; i < 3000; ++i) {
+        overlap += "[Area.a" + std::to_string(i) + "]\n[Area.z" + std::to_string(i) + "]\n";
+    }
+    Module1 big;
+    EXPECT_EQ(Read_Scenery_Cfg_Text(big, overlap), Scenery_Cfg_Status::too_large);
+    EXPECT_GT(big.scenery_area_count, 200);
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(20));
+}
