@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/native_paths.h"
+#include "scenery/locate_folders.h"
+#include "scenery/scenery_cfg.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Module1 With_Areas(const std::string& fs_path, const std::vector<Scenery_Area>& areas) {
+    Module1 m;
+    m.fs_path = fs_path;
+    m.scenery_areas.Release();
+    for (const Scenery_Area& area : areas) {
+        ++m.scenery_area_count;
+        m.scenery_areas.Resize_Keep(static_cast<size_t>(m.scenery_area_count));
+        m.scenery_areas[static_cast<size_t>(m.scenery_area_count) - 1] = area;
+    }
+    return m;
+}
+
+// A folder of the test's own, emptied before and removed after.
+struct Temp_Top {
+    fs::path path;
+    explicit Temp_Top(const char* name) : path(fs::path(testing::TempDir()) / name) {
+        fs::remove_all(path);
+    }
+    ~Temp_Top() { fs::remove_all(path); }
+};
+
+Scenery_Area Paths(std::string local, std::string remote = "") {
+    Scenery_Area area;
+    area.Local = std::move(local);
+    area.Remote = std::move(remote);
+    return area;
+}
+
+} // namespace
+
+TEST(LocateFolders, ThreePassesOverLabelsRelativePathsAndSubfolders) {
+    const Drive_List drives = {{
+                                   {"C:", Drive_Type_Fixed, "Win", "/w/c", true},
+                                   {"D:", Drive_Type_Cd_Rom, "FS2002 Disk2", "/w/d", true},
+                                   {"E:", Drive_Type_Network, "Net", "/w/e", true},
+                                   {"F:", Drive_Type_Cd_Rom, "Empty Tray", "/w/f", false},
+                                   {"G:", Drive_Type_Fixed, "", "/w/g", true},
+                               },
+                               ""};
+    const std::string fs_path = "C:\\Program Files\\FS2002";
+    struct Case {
+        Scenery_Area in;
+        Scenery_Area out;
+    };
+    const Case cases[] = {
+        {Paths("Scenery\\World"), Paths("c:\\program files\\fs2002\\scenery\\world\\scenery")},
+        {Paths("Scenery"), Paths("C:\\Program Files\\FS2002\\Scenery")},
+        {Paths("sCENERY"), Paths("C:\\Program Files\\FS2002\\sCENERY")},
+        {Paths("[FS2002 Disk2]\\Scenery\\World", "[fs2002 DISK2]\\Scenery"),
+         Paths("d:\\scenery\\world\\scenery", "d:\\scenery\\scenery")},
+        {Paths("[Win]\\Addon"), Paths("c:\\addon\\scenery")},
+        {Paths("[]\\Odd"), Paths("g:\\odd\\scenery")}, // a drive without a label
+        // A label that no ready fixed or CD-ROM drive has stays, and the path is relative.
+        {Paths("[Net]\\x"), Paths("c:\\program files\\fs2002\\[net]\\x\\scenery")},
+        {Paths("[Empty Tray]\\x"), Paths("c:\\program files\\fs2002\\[empty tray]\\x\\scenery")},
+        {Paths("Addon [FS2002 Disk2]"),
+         Paths("c:\\program files\\fs2002\\addon [fs2002 disk2]\\scenery")},
+        // A drive path anywhere in the text makes it absolute; a network drive's does not.
+        {Paths("D:\\Addons\\Foo"), Paths("d:\\addons\\foo\\scenery")},
+        {Paths("Addons\\Abc:x"), Paths("addons\\abc:x\\scenery")},
+        {Paths("E:\\Foo"), Paths("c:\\program files\\fs2002\\e:\\foo\\scenery")},
+        // Remote takes no part in the relative pass.
+        {Paths("", "Scenery\\Remote"), Paths("", "scenery\\remote\\scenery")},
+        {Paths(""), Paths("")},
+    };
+    std::vector<Scenery_Area> in;
+    for (const Case& c : cases) {
+        in.push_back(c.in);
+    }
+    Module1 m = With_Areas(fs_path, in);
+    Locate_Scenery_Folders(m, drives);
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        EXPECT_EQ(m.scenery_areas[i].Local, cases[i].out.Local) << cases[i].in.Local;
+        EXPECT_EQ(m.scenery_areas[i].Remote, cases[i].out.Remote) << cases[i].in.Remote;
+    }
+    EXPECT_EQ(m.scenery_areas[std::size(cases)], Scenery_Area{}); // the spare slot
+}
+
+// Outside a Wine prefix fs_path is the native folder; the folders the passes make from it
+// lead back to the files on a case-sensitive file system.
+TEST(LocateFolders, NativeSimulatorFolderResolvesToItsFiles) {
+    Temp_Top temp("qm-locate-native");
+    const fs::path& top = temp.path;
+    fs::path sim = top / "Flight Sim/FS2002";
+    fs::create_directories(sim / "Scenery/World/scenery");
+    fs::create_directories(sim / "Addon Scenery/KSEA/Scenery");
+    std::ofstream(sim / "Scenery/World/scenery/AP1234.BGL") << "x";
+    std::ofstream(sim / "Scenery/World/scenery/ap0001.bgl") << "x";
+    std::ofstream(sim / "Scenery/magdec.bgl") << "x";
+    std::ofstream(sim / "Addon Scenery/KSEA/Scenery/Seattle.BGL") << "x";
+    std::ofstream(sim / "scenery.cfg") << "[Area.001]\nLocal=Scenery\\World\n"
+                                          "[Area.002]\nLocal=Scenery\n"
+                                          "[Area.003]\nLocal=ADDON SCENERY\\ksea\n";
+
+    Drive_List drives = Drive_List_For_Fs_Path(sim.string());
+    Module1 m = With_Areas(sim.string(), {});
+    ASSERT_EQ(Read_Scenery_Cfg(m, Resolve_Native_Path(drives, m.fs_path + "\\scenery.cfg")),
+              Scenery_Cfg_Status::ok);
+    Locate_Scenery_Folders(m, drives);
+    ASSERT_EQ(m.scenery_area_count, 3);
+    auto names = [&](int area) {
+        std::vector<std::string> found;
+        for (const Listed_File_Rec& f :
+             List_Folder_Files(drives, m.scenery_areas[area].Local, "*.bgl")) {
+            found.push_back(f.name);
+        }
+        return found;
+    };
+    EXPECT_EQ(names(0), (std::vector<std::string>{"ap0001.bgl", "AP1234.BGL"}));
+    EXPECT_EQ(m.scenery_areas[1].Local, sim.string() + "\\Scenery");
+    EXPECT_EQ(names(1), (std::vector<std::string>{"magdec.bgl"}));
+    EXPECT_EQ(names(2), (std::vector<std::string>{"Seattle.BGL"}));
+}
+
+// Inside a Wine prefix, drive paths and CD labels of scenery.cfg lead to the prefix's drives.
+TEST(LocateFolders, WinePrefixDrivesAndLabelsResolveToTheirFiles) {
+    Temp_Top temp("qm-locate-wine");
+    const fs::path& top = temp.path;
+    fs::path prefix = top / "prefix";
+    fs::path sim = prefix / "drive_c/FS2002";
+    fs::path disc = top / "media/cdrom0";
+    fs::create_directories(prefix / "dosdevices");
+    fs::create_directories(sim / "Addon/Scenery");
+    fs::create_directories(disc / "SCENERY/World/Scenery");
+    fs::create_symlink("../drive_c", prefix / "dosdevices/c:");
+    fs::create_symlink(disc, prefix / "dosdevices/d:");
+    std::ofstream(disc / ".windows-label") << "FS2002 Disk2\n";
+    std::ofstream(disc / "SCENERY/World/Scenery/Cd.bgl") << "x";
+    std::ofstream(sim / "Addon/Scenery/Addon.bgl") << "x";
+
+    Drive_List drives = Drive_List_For_Fs_Path(sim.string());
+    Module1 m = With_Areas(sim.string(), {Paths("[FS2002 Disk2]\\Scenery\\World", "[FS2002 Disk2]"),
+                                          Paths("C:\\FS2002\\Addon")});
+    Locate_Scenery_Folders(m, drives);
+    EXPECT_EQ(m.scenery_areas[0].Local, "d:\\scenery\\world\\scenery");
+    EXPECT_EQ(m.scenery_areas[0].Remote, "d:\\scenery");
+    EXPECT_EQ(m.scenery_areas[1].Local, "c:\\fs2002\\addon\\scenery");
+    auto files = [&](int area) {
+        return List_Folder_Files(drives, m.scenery_areas[area].Local, "*.BGL");
+    };
+    ASSERT_EQ(files(0).size(), 1u);
+    EXPECT_EQ(files(0)[0].native_path, (disc / "SCENERY/World/Scenery/Cd.bgl").string());
+    ASSERT_EQ(files(1).size(), 1u);
+    EXPECT_EQ(files(1)[0].native_path, (sim / "Addon/Scenery/Addon.bgl").string());
+}
