@@ -1,0 +1,70 @@
+// The bridge between a client that can't reach the module's window (a native Linux program)
+// and the module inside a Wine prefix. The client sends a frame over loopback TCP; the
+// bridge, a Windows program in the simulator's prefix, makes the Windows calls and answers.
+//
+// One frame per connection, all fields little-endian u32:
+//
+//   request:  magic "QMB1", command, length, then length bytes
+//     command 1, find window:  the class name (1 to 64 bytes, no terminator)
+//     command 2, send list:    window, timeout in ms, then the request list, closing word
+//                              included; the list must end exactly where the frame ends
+//   answer:   magic "QMB1", status, value, error, length, then length bytes
+//     find window:  status 1, value the window (0 for none), length 0
+//     send list:    status 1 and value the message's result, then the answered list, of
+//                   the length sent; or status 0 and error the system error, length 0
+//
+// A frame that breaks any of this gets no answer: the bridge closes the connection and
+// waits for the next one. It checks every length before it reads or copies what follows.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "link/link_transport.h"
+#include "link/request_list.h"
+
+constexpr uint16_t bridge_default_port = 20020;
+constexpr uint32_t bridge_magic = 0x31424D51; // "QMB1"
+constexpr uint32_t bridge_find_window = 1;
+constexpr uint32_t bridge_send_list = 2;
+constexpr uint32_t bridge_request_header = 12;
+constexpr uint32_t bridge_answer_header = 20;
+constexpr uint32_t bridge_max_class_name = 64;
+constexpr uint32_t bridge_send_prefix = 8; // window and timeout before the list
+constexpr uint32_t bridge_max_frame = bridge_send_prefix + link_block_size;
+constexpr uint32_t bridge_max_timeout_ms = 5000;
+
+// A connection's bytes, whatever carries them.
+class Byte_Stream {
+  public:
+    virtual ~Byte_Stream() = default;
+    // False when the peer closed, the wait ran out, or the connection broke.
+    virtual bool Read_Exact(uint8_t* data, size_t size) = 0;
+    virtual bool Write_All(const uint8_t* data, size_t size) = 0;
+};
+
+// A request frame: header and payload. length is what the header claims; a sound frame
+// gives the payload's size.
+std::vector<uint8_t> Form_Bridge_Request(uint32_t command, const std::vector<uint8_t>& payload,
+                                         uint32_t length, uint32_t magic = bridge_magic);
+
+// The bridge's own end of the link: the message, atom, mapping and view that name its block
+// to the module, made once at start through module_side.
+struct Bridge_Server_Rec {
+    Link_Transport* module_side = nullptr;
+    uint32_t message = 0;
+    int32_t atom = 0;
+    uint64_t mapping = 0;
+    uint8_t* view = nullptr;
+    std::vector<uint8_t> frame;
+};
+
+enum class Bridge_Outcome { answered, no_request, malformed, answer_lost };
+
+// 0, or the result code that Link_Open would give at the failing step (3 to 6).
+int32_t Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side);
+void Bridge_Close(Bridge_Server_Rec& bridge);
+// Reads one frame from stream and answers it. no_request: the peer closed or went quiet
+// before a whole header came.
+Bridge_Outcome Bridge_Serve(Bridge_Server_Rec& bridge, Byte_Stream& stream);
