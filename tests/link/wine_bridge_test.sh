@@ -1,0 +1,140 @@
+#!/usr/bin/env bash
+# The link's tests under Wine. Starts the mock module and quilmark-bridge.exe in a throwaway
+# Wine prefix and checks the native client against them.
+#
+#   wine_bridge_test.sh end-to-end|malformed WINDOWS_BIN_DIR BRIDGE_CHECK PREFIX_DIR
+#
+# end-to-end: the Win32 client straight to the mock module, then the native client through
+#             the bridge to the mock module (the chart's four values), then the bridge with
+#             the module gone (Link_Open reports 2).
+# malformed:  broken frames to the bridge's port get no answer and leave it running; then
+#             Ctrl+C stops it cleanly.
+#
+# Exits 77 (skipped) when Wine isn't there or can't run a windowed program at all.
+set -uo pipefail
+
+mode=$1 win_dir=$2 bridge_check=$3 prefix=$4
+say() { printf '[wine %s] %s\n' "$mode" "$*"; }
+skip() {
+    say "SKIPPED: $*"
+    exit 77
+}
+fail() {
+    say "FAILED: $*"
+    for log in "$work"/*.log; do
+        [[ -f $log ]] && { say "--- $(basename "$log")"; tr -d '\r' <"$log"; }
+    done
+    exit 1
+}
+
+command -v wine >/dev/null || skip "wine is not installed (Debian packages wine, wine64)"
+command -v wineserver >/dev/null || skip "wineserver is not installed"
+
+export WINEPREFIX=$prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" WINEARCH=win64
+unset DISPLAY WAYLAND_DISPLAY
+work=$(mktemp -d "${TMPDIR:-/tmp}/quilmark-wine.XXXXXX")
+pids=()
+cleanup() {
+    wineserver -k 2>/dev/null
+    for pid in "${pids[@]}"; do kill "$pid" 2>/dev/null; done
+    wait 2>/dev/null
+    rm -rf "$work"
+}
+trap cleanup EXIT
+
+# wait_for FILE PATTERN SECONDS PID: until a line of FILE matches, PID ends, or time runs out.
+wait_for() {
+    local file=$1 pattern=$2 seconds=$3 pid=$4 end=$((SECONDS + $3))
+    while ((SECONDS < end)); do
+        grep -qE "$pattern" "$file" 2>/dev/null && return 0
+        kill -0 "$pid" 2>/dev/null || { grep -qE "$pattern" "$file" 2>/dev/null; return; }
+        sleep 0.1
+    done
+    return 1
+}
+
+# A prefix of our own, made once per build directory. With no display, windows need Wine's
+# null graphics driver, which is chosen in the registry and read when the prefix starts.
+if [[ ! -f $prefix/.quilmark-ready ]]; then
+    rm -rf "$prefix"
+    mkdir -p "$(dirname "$prefix")"
+    say "creating the Wine prefix $prefix (the first time takes a while)"
+    start=$SECONDS
+    if ! timeout 300 wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f \
+        >"$work/prefix.log" 2>&1 </dev/null; then
+        cat "$work/prefix.log"
+        skip "Wine cannot create a prefix here"
+    fi
+    # Let the prefix's wineserver end by itself, so that it saves the registry.
+    timeout 60 wineserver -w 2>/dev/null || wineserver -k 2>/dev/null
+    touch "$prefix/.quilmark-ready"
+    say "prefix ready after $((SECONDS - start)) s"
+fi
+
+# Leftovers of an interrupted run would hold the window class or the port.
+wineserver -k 2>/dev/null
+
+start_mock() {
+    say "starting the mock module"
+    wine "$win_dir/quilmark-mock-module.exe" >"$work/mock.log" 2>&1 </dev/null &
+    mock_pid=$!
+    pids+=("$mock_pid")
+    if ! wait_for "$work/mock.log" '^mock module ready' 120 "$mock_pid"; then
+        cat "$work/mock.log"
+        grep -q 'cannot create a window' "$work/mock.log" &&
+            skip "Wine cannot create a window here, even with the null graphics driver"
+        fail "the mock module did not come up"
+    fi
+    say "$(grep '^mock module ready' "$work/mock.log")"
+}
+
+start_bridge() {
+    say "starting quilmark-bridge.exe on a free loopback port"
+    wine "$win_dir/quilmark-bridge.exe" --port 0 >"$work/bridge.log" 2>&1 </dev/null &
+    bridge_pid=$!
+    pids+=("$bridge_pid")
+    wait_for "$work/bridge.log" 'listening on 127\.0\.0\.1:[0-9]+' 60 "$bridge_pid" || {
+        cat "$work/bridge.log"
+        fail "the bridge did not come up"
+    }
+    port=$(grep -oE 'listening on 127\.0\.0\.1:[0-9]+' "$work/bridge.log" | grep -oE '[0-9]+$')
+    say "bridge listening on port $port"
+}
+
+lists_answered() { grep -c '^mock module: list' "$work/mock.log"; }
+
+start_mock
+case $mode in
+end-to-end)
+    say "the Win32 client straight to the mock module"
+    timeout 60 wine "$win_dir/link-win32-check.exe" </dev/null 2>&1 | tr -d '\r' ||
+        fail "the Win32 client did not read the mock's values"
+    start_bridge
+    say "the native client through the bridge"
+    timeout 120 "$bridge_check" values --port "$port" || fail "the values through the bridge"
+    say "mock module answered $(lists_answered) lists"
+    say "stopping the mock module; the bridge stays"
+    kill "$mock_pid"
+    wait "$mock_pid" 2>/dev/null
+    timeout 60 "$bridge_check" no-window --port "$port" || fail "no window through the bridge"
+    ;;
+malformed)
+    start_bridge
+    timeout 200 "$bridge_check" malformed --port "$port" || fail "broken frames"
+    kill -0 "$bridge_pid" 2>/dev/null || fail "the bridge has stopped"
+    [[ $(lists_answered) == 0 ]] || fail "a broken frame reached the module"
+    say "bridge still running; it logged $(grep -c 'dropped a malformed frame' "$work/bridge.log") dropped frames; the module saw none of them"
+    timeout 120 "$bridge_check" values --port "$port" || fail "the bridge no longer serves"
+    say "Ctrl+C to the bridge (Wine passes it on as the console's Ctrl+C event)"
+    kill -INT "$bridge_pid"
+    wait_for "$work/bridge.log" '^quilmark-bridge: stopped' 30 "$bridge_pid" ||
+        fail "the bridge did not stop cleanly"
+    wait "$bridge_pid"
+    status=$?
+    ((status == 0)) || fail "the bridge ended with status $status"
+    say "bridge stopped cleanly"
+    ;;
+*) fail "unknown mode $mode" ;;
+esac
+say "passed"
+exit 0
