@@ -73,7 +73,7 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
     ASSERT_EQ(first->ui.messages.size(), 3u); // CD prompt, first run, created
     EXPECT_EQ(first->ui.messages[0].title, "Quilmark v1.1");
     EXPECT_EQ(first->ui.messages[1].title, "Quilmark Message");
-    EXPECT_EQ(first->m->airport_count, 7);
+    EXPECT_EQ(first->m->airport_count, 8);
     EXPECT_EQ(first->ui.progress_max, 5);   // four BGL files and one: the bar never fills
     EXPECT_EQ(first->ui.progress_value, 0); // emptied at the end
     EXPECT_EQ(first->ui.control_changes, (std::vector<bool>{false, true}));

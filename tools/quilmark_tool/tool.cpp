@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "airport_json.h"
+#include "airspace/airport_fetch.h"
 #include "bgl/bgl_image.h"
 #include "bgl/sections.h"
 #include "platform/text1252.h"
@@ -22,7 +23,8 @@ namespace {
 const char* const kUsage = "usage: quilmark-tool bgl [--magdec MAGDEC] FILE...\n"
                            "       quilmark-tool init FS_PATH\n"
                            "       quilmark-tool scan\n"
-                           "       quilmark-tool db FILE COUNT\n";
+                           "       quilmark-tool db FILE COUNT\n"
+                           "       quilmark-tool fetch \"ENTRY\"\n";
 
 void Write_Airports(Json_Out& json, const Module1& module) {
     json.Begin_Object();
@@ -236,16 +238,111 @@ int Command_Db(const std::vector<std::string>& args, std::ostream& out, std::ost
     return 0;
 }
 
+void Write_Airspace_Json(Json_Out& json, const Airspace_Rec& a) {
+    json.Begin_Object();
+    json.Key("point_count");
+    json.Int(a.point_count);
+    json.Key("points");
+    if (!a.points.allocated) {
+        json.Null();
+    } else {
+        json.Begin_Array();
+        for (int32_t i = 0; i < a.point_count && static_cast<size_t>(i) < a.points.Slot_Count();
+             ++i) {
+            const Boundary_Point_Rec& p = a.points[static_cast<size_t>(i)];
+            json.Begin_Object();
+            json.Key("kind");
+            json.Int(p.kind);
+            json.Key("lat");
+            json.Number(p.lat);
+            json.Key("lon");
+            json.Number(p.lon);
+            json.Key("radius");
+            json.Int(p.radius);
+            json.End_Object();
+        }
+        json.End_Array();
+    }
+    json.Key("center_lat");
+    json.Number(a.center_lat);
+    json.Key("center_lon");
+    json.Number(a.center_lon);
+    json.Key("floor_alt");
+    json.Int(a.floor_alt);
+    json.Key("ceiling_alt");
+    json.Int(a.ceiling_alt);
+    const std::pair<const char*, const std::string*> texts[] = {
+        {"freq_text", &a.freq_text},
+        {"class_text", &a.class_text},
+        {"region_name", &a.region_name},
+        {"facility_name", &a.facility_name}};
+    for (const auto& [key, value] : texts) {
+        json.Key(key);
+        json.Ansi_Text(*value);
+    }
+    json.End_Object();
+}
+
+// The scan, then GET AIRPORT for the list entry with the given text (UTF-8 on the command
+// line). Exit status 2 if no entry has that text.
+int Command_Fetch(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.size() != 1) {
+        err << kUsage;
+        return 2;
+    }
+    auto module = std::make_unique<Module1>();
+    auto form = std::make_unique<Form3_Data>();
+    Recording_Chooser_Form scan_ui;
+    if (!Start_Like_The_Program(*module, *form, scan_ui, err)) {
+        return 1;
+    }
+    const std::string entry = Utf8_To_Ansi(args[0]);
+    bool listed = false;
+    for (const std::string& text : scan_ui.list) {
+        listed = listed || text == entry;
+    }
+    if (!listed) {
+        err << "quilmark-tool: no list entry is \"" << args[0] << "\"\n";
+        return 2;
+    }
+    Recording_Chooser_Form ui;
+    Get_Airport(*module, *form, ui, entry);
+
+    Json_Out json;
+    json.Begin_Object();
+    json.Key("status_texts");
+    Write_Strings(json, ui.status_texts);
+    json.Line_Break();
+    json.Key("progress");
+    Write_Progress(json, ui);
+    json.Line_Break();
+    json.Key("current_airport");
+    Write_Airport_Json(json, module->current_airport);
+    json.Line_Break();
+    json.Key("airspace_count");
+    json.Int(module->airspace_count);
+    json.Line_Break();
+    json.Key("airspaces");
+    json.Begin_Array();
+    for (int32_t i = 0; i < module->airspace_count; ++i) {
+        json.Line_Break();
+        Write_Airspace_Json(json, module->airspaces[static_cast<size_t>(i)]);
+    }
+    json.End_Array();
+    json.End_Object();
+    json.Line_Break();
+    out << json.Text();
+    return 0;
+}
+
 } // namespace
 
 int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     using Command =
         std::function<int(const std::vector<std::string>&, std::ostream&, std::ostream&)>;
     static const std::map<std::string, Command> commands = {
-        {"bgl", Command_Bgl},
-        {"init", Command_Init},
-        {"scan", Command_Scan},
-        {"db", Command_Db},
+        {"bgl", Command_Bgl}, {"init", Command_Init},   {"scan", Command_Scan},
+        {"db", Command_Db},   {"fetch", Command_Fetch},
     };
     if (args.empty() || commands.find(args[0]) == commands.end()) {
         err << kUsage;

@@ -143,11 +143,92 @@ struct Airport_Being_Built {
     int runways = 0;
 };
 
+struct Bgl_File_Being_Built {
+    std::string path;
+    std::vector<Airport_Entry> airports;
+    std::vector<Bytes> boundaries; // the children of each boundary group
+};
+
 struct World {
     std::vector<std::map<std::string, std::string>> areas;
-    std::vector<std::pair<std::string, std::vector<Airport_Entry>>> files;
+    std::vector<Bgl_File_Being_Built> files;
     std::vector<std::string> junk;
 };
+
+// One airspace boundary: its records, and the box that its outline needs, which is worked
+// out from the points (and the reach of the arcs and circles about their centre).
+struct Boundary_Being_Built {
+    Bytes names;
+    Bytes records;
+    double south = 90, west = 180, north = -90, east = -180;
+    double fix_lat = 0, fix_lon = 0;
+
+    void Cover(double lat, double lon) {
+        south = std::min(south, lat);
+        north = std::max(north, lat);
+        west = std::min(west, lon);
+        east = std::max(east, lon);
+    }
+    void Cover_Around_Fix(double radius_nm) {
+        double dlat = radius_nm / 60;
+        double dlon = dlat / std::cos(fix_lat * 3.14159265358979 / 180);
+        Cover(fix_lat - dlat, fix_lon - dlon);
+        Cover(fix_lat + dlat, fix_lon + dlon);
+    }
+    double Nm_From_Fix(double lat, double lon) const {
+        double dy = (lat - fix_lat) * 60;
+        double dx = (lon - fix_lon) * 60 * std::cos(fix_lat * 3.14159265358979 / 180);
+        return std::sqrt(dx * dx + dy * dy);
+    }
+    Bytes Children() const {
+        const double margin = 0.005;
+        return Concat_Bytes(
+            {Boundary_Box_Record(Encode_Latitude(south - margin), Encode_Longitude(west - margin),
+                                 Encode_Latitude(north + margin), Encode_Longitude(east + margin)),
+             names, records});
+    }
+};
+
+void Apply_Boundary_Line(Boundary_Being_Built& b, const std::vector<std::string>& w) {
+    const std::string& what = w[0];
+    auto number_at = [&](size_t i) { return Number(w.at(i)); };
+    if (what == "start") {
+        b.Cover(number_at(1), number_at(2));
+        Append_Bytes(b.records, Boundary_Start_Record(Encode_Latitude(number_at(1)),
+                                                      Encode_Longitude(number_at(2)),
+                                                      static_cast<int32_t>(number_at(3)),
+                                                      static_cast<int32_t>(number_at(4))));
+    } else if (what == "line" || what == "fix" || what == "arc_cw" || what == "arc_ccw") {
+        const int32_t type = what == "line"     ? 0x12005
+                             : what == "fix"    ? 0x12001
+                             : what == "arc_cw" ? 0x12006
+                                                : 0x12007;
+        if (what == "fix") {
+            b.fix_lat = number_at(1);
+            b.fix_lon = number_at(2);
+        } else {
+            b.Cover(number_at(1), number_at(2));
+            if (what != "line") {
+                b.Cover_Around_Fix(b.Nm_From_Fix(number_at(1), number_at(2)));
+            }
+        }
+        Append_Bytes(b.records, Boundary_Point_Record(type, Encode_Latitude(number_at(1)),
+                                                      Encode_Longitude(number_at(2))));
+    } else if (what == "circle") {
+        b.Cover_Around_Fix(number_at(1));
+        Append_Bytes(b.records, Boundary_Circle_Record(static_cast<int32_t>(number_at(1)),
+                                                       static_cast<int32_t>(number_at(2)),
+                                                       static_cast<int32_t>(number_at(3))));
+    } else if (what == "com") {
+        std::string name = w.at(2);
+        Append_Bytes(b.records, Boundary_Com_Record(Encode_Frequency(number_at(1)), name,
+                                                    (name.size() + 4) & ~size_t{3}));
+    } else if (what == "name") {
+        Append_Bytes(b.names, Boundary_Name_Record(w.at(1), (w.at(1).size() + 4) & ~size_t{3}));
+    } else {
+        throw Fault("unknown boundary line " + what);
+    }
+}
 
 int32_t Comm_Kind(const std::string& name) {
     static const std::map<std::string, int32_t> kinds = {
@@ -191,7 +272,7 @@ void Finish_Airport(World& world, Airport_Being_Built* airport) {
         Bytes block = airport->network.Block();
         airport->entry.stream.insert(airport->entry.stream.end(), block.begin(), block.end());
     }
-    world.files.back().second.push_back(airport->entry);
+    world.files.back().airports.push_back(airport->entry);
 }
 
 World Read_World(const std::string& path) {
@@ -201,6 +282,15 @@ World Read_World(const std::string& path) {
     }
     World world;
     std::unique_ptr<Airport_Being_Built> airport;
+    std::unique_ptr<Boundary_Being_Built> boundary;
+    auto finish = [&] {
+        Finish_Airport(world, airport.get());
+        airport.reset();
+        if (boundary != nullptr) {
+            world.files.back().boundaries.push_back(boundary->Children());
+            boundary.reset();
+        }
+    };
     std::string line;
     int line_number = 0;
     while (std::getline(in, line)) {
@@ -225,16 +315,27 @@ World Read_World(const std::string& path) {
                 }
                 world.areas.push_back(area);
             } else if (what == "bgl") {
-                Finish_Airport(world, airport.get());
-                airport.reset();
-                world.files.push_back({w.at(1), {}});
+                if (!world.files.empty()) {
+                    finish();
+                }
+                world.files.push_back({w.at(1), {}, {}});
+            } else if (what == "boundary") {
+                if (world.files.empty()) {
+                    throw Fault("a boundary needs a bgl line before it");
+                }
+                finish();
+                boundary = std::make_unique<Boundary_Being_Built>();
+                Append_Bytes(boundary->names,
+                             Boundary_Name_Record(w.at(1), (w.at(1).size() + 4) & ~size_t{3}));
+            } else if (boundary != nullptr) {
+                Apply_Boundary_Line(*boundary, w);
             } else if (what == "junk") {
                 world.junk.push_back(w.at(1));
             } else if (what == "airport") {
                 if (world.files.empty()) {
                     throw Fault("an airport needs a bgl line before it");
                 }
-                Finish_Airport(world, airport.get());
+                finish();
                 airport = std::make_unique<Airport_Being_Built>();
                 airport->entry.ident = w.at(1);
                 airport->stream = Concat_Bytes(
@@ -305,7 +406,9 @@ World Read_World(const std::string& path) {
             throw Fault(path + ":" + std::to_string(line_number) + ": " + e.what());
         }
     }
-    Finish_Airport(world, airport.get());
+    if (!world.files.empty()) {
+        finish();
+    }
     return world;
 }
 
@@ -361,13 +464,15 @@ bool Write_Sample_World(const std::string& description_path, const std::string& 
         }
         Write_File((root / "Scenery" / "magdec.bgl").string(),
                    Build_Magdec(Magdec_Values(Variation_Counts)));
-        for (const auto& [file, entries] : world.files) {
+        for (const auto& file : world.files) {
             Bgl_File_Spec spec;
-            if (!entries.empty()) {
-                spec.groups.push_back({entries, std::nullopt, 0});
+            if (!file.airports.empty()) {
+                spec.groups.push_back({file.airports, std::nullopt, 0});
             }
-            fs::create_directories((root / file).parent_path());
-            Write_File((root / file).string(), Build_Bgl(spec));
+            if (!file.boundaries.empty()) {
+                spec.boundary_section = Boundary_Section({file.boundaries});
+            }
+            Write_File((root / file.path).string(), Build_Bgl(spec));
         }
         for (const auto& file : world.junk) {
             Write_Text_File(root / file, "Not a scenery file.\r\n");
