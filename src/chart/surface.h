@@ -1,0 +1,74 @@
+// The drawing surface of the chart: a current pen and brush, and the few GDI-like calls
+// that the layers make. Coordinates are whole pixels from the top left corner of the
+// chart, y growing downward; points far outside the chart are legal and get clipped.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+struct Rgb_Rec {
+    uint8_t red = 0;
+    uint8_t green = 0;
+    uint8_t blue = 0;
+    bool operator==(const Rgb_Rec&) const = default;
+};
+
+// The chart's palette.
+constexpr Rgb_Rec Chart_Green{0, 192, 0};          // runways, the aircraft, resting pen
+constexpr Rgb_Rec Chart_Black{0, 0, 0};            // labels, resting brush
+constexpr Rgb_Rec Chart_Yellow{255, 255, 0};       // ILS feathers
+constexpr Rgb_Rec Chart_Light_Grey{192, 192, 192}; // taxiways
+constexpr Rgb_Rec Chart_Brown_Red{128, 64, 64};    // parking spots and gates
+constexpr Rgb_Rec Chart_Dark_Blue{0, 0, 192};      // class B airspace
+constexpr Rgb_Rec Chart_Magenta{255, 0, 255};      // class C airspace
+constexpr Rgb_Rec Chart_White{255, 255, 255};      // the background that Cls paints
+
+// DrawStyle values.
+constexpr int32_t Draw_Style_Solid = 0;
+constexpr int32_t Draw_Style_Dash = 1;
+// FillStyle values.
+constexpr int32_t Fill_Style_Solid = 0;
+constexpr int32_t Fill_Style_Hollow = 1;
+
+class Surface {
+  public:
+    virtual ~Surface() = default;
+
+    // Clears the whole surface to the white background. The pen, the brush and the
+    // current point stay as they are.
+    virtual void Cls() = 0;
+
+    // Pen and brush. ForeColor is the colour of the pen and of text; DrawWidth the pen
+    // width in pixels; DrawStyle solid (0) or dashed (1); FillColor the brush colour;
+    // FillStyle solid (0) or hollow (1).
+    virtual void Set_ForeColor(Rgb_Rec color) = 0;
+    virtual void Set_DrawWidth(int32_t width) = 0;
+    virtual void Set_DrawStyle(int32_t style) = 0;
+    virtual void Set_FillColor(Rgb_Rec color) = 0;
+    virtual void Set_FillStyle(int32_t style) = 0;
+
+    // Moves the current point without drawing.
+    virtual void MoveToEx(int32_t x, int32_t y) = 0;
+    // A line with the pen from the current point to x, y, which becomes the current point.
+    virtual void LineTo(int32_t x, int32_t y) = 0;
+    // The ellipse inscribed in the box, outlined with the pen and filled with the brush.
+    // A box given with its top below its bottom (or its left right of its right) is the
+    // same box.
+    virtual void Ellipse(int32_t left, int32_t top, int32_t right, int32_t bottom) = 0;
+    // The part of the box's ellipse that runs counter-clockwise, as seen on the screen,
+    // from the radial through the start point to the radial through the end point,
+    // drawn with the pen. The current point does not move.
+    virtual void Arc(int32_t left, int32_t top, int32_t right, int32_t bottom, int32_t x_start,
+                     int32_t y_start, int32_t x_end, int32_t y_end) = 0;
+    // Text (Windows-1252 bytes) in ForeColor with its top left corner at x, y.
+    virtual void TextOutA(int32_t x, int32_t y, std::string_view text) = 0;
+};
+
+// ForeColor, FillColor and FillStyle in that order: how each drawn element of the chart
+// takes its colours.
+inline void Set_Colors(Surface& surface, Rgb_Rec fore_color, Rgb_Rec fill_color,
+                       int32_t fill_style) {
+    surface.Set_ForeColor(fore_color);
+    surface.Set_FillColor(fill_color);
+    surface.Set_FillStyle(fill_style);
+}
