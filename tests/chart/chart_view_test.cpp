@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "chart/chart_view.h"
+#include "shell/module1.h"
+
+namespace {
+
+Chart_View Unit_View(int32_t w, int32_t h) {
+    Chart_View v;
+    v.view_left = 0;
+    v.view_right = 4;
+    v.view_top = 4;
+    v.view_bottom = 0;
+    v.chart_px_width = w;
+    v.chart_px_height = h;
+    return v;
+}
+
+} // namespace
+
+TEST(GeoToPixel, MapsLinearlyAndRoundsHalvesToEven) {
+    Chart_View v = Unit_View(10, 10); // 2.5 pixels a degree both ways
+    struct Case {
+        double lat, lon;
+        Pixel_Rec p;
+    };
+    const Case cases[] = {
+        {4, 0, {0, 0}},
+        {0, 4, {10, 10}},
+        {2, 2, {5, 5}},
+        {3, 1, {2, 2}},    // 2.5 goes down to 2
+        {1, 3, {8, 8}},    // 7.5 goes up to 8
+        {5, -1, {-2, -2}}, // outside the view: negative pixels, -2.5 to -2
+        {-400, 404, {1010, 1010}},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(Geo_To_Pixel(v, c.lat, c.lon), c.p) << c.lat << ", " << c.lon;
+    }
+}
+
+TEST(GeoToPixel, StretchesWithoutKeepingAspect) {
+    Chart_View v = Unit_View(100, 10);
+    EXPECT_EQ(Geo_To_Pixel(v, 2, 2), (Pixel_Rec{50, 5}));
+}
+
+TEST(PercentToPixels, RoundsThePercentThenTheResult) {
+    struct Case {
+        float percent;
+        int32_t width;
+        int32_t pixels;
+    };
+    const Case cases[] = {
+        {0.8f, 240, 2}, {1.0f, 240, 2}, {1.0f, 300, 3}, {1.0f, 149, 1}, {1.0f, 250, 2},
+        {1.0f, 350, 4}, {1.0f, 51, 1},  {1.0f, 50, 0},  {0.5f, 300, 0}, {1.5f, 300, 6},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(Percent_To_Pixels(Unit_View(c.width, 100), c.percent), c.pixels)
+            << c.percent << "% of " << c.width;
+    }
+}
+
+TEST(Zoom, EachStepHalvesOrDoublesAboutTheCentreWithinTheLevels) {
+    Chart_View v = Unit_View(100, 100);
+    v.zoom_level = 3;
+    Zoom_In_View(v);
+    EXPECT_EQ(v.zoom_level, 4);
+    EXPECT_DOUBLE_EQ(v.view_left, 1);
+    EXPECT_DOUBLE_EQ(v.view_right, 3);
+    EXPECT_DOUBLE_EQ(v.view_top, 3);
+    EXPECT_DOUBLE_EQ(v.view_bottom, 1);
+    Zoom_Out_View(v);
+    Zoom_Out_View(v);
+    EXPECT_EQ(v.zoom_level, 2);
+    EXPECT_DOUBLE_EQ(v.view_left, -2);
+    EXPECT_DOUBLE_EQ(v.view_right, 6);
+    EXPECT_DOUBLE_EQ(v.view_top, 6);
+    EXPECT_DOUBLE_EQ(v.view_bottom, -2);
+
+    // Outside their levels the steps change nothing.
+    struct Limit {
+        int16_t level;
+        void (*step)(Chart_View&);
+    };
+    const Limit limits[] = {
+        {20, Zoom_In_View}, {0, Zoom_In_View}, {1, Zoom_Out_View}, {21, Zoom_Out_View}};
+    for (const Limit& c : limits) {
+        Chart_View at_limit = Unit_View(100, 100);
+        at_limit.zoom_level = c.level;
+        c.step(at_limit);
+        EXPECT_EQ(at_limit.zoom_level, c.level);
+        EXPECT_DOUBLE_EQ(at_limit.view_right, 4);
+    }
+}
+
+TEST(OpenChartView, RedrawsOnceAtLevelOneThenZoomsToNineAndSetsTheOptions) {
+    Module1 m;
+    m.current_airport.lat = 47.5;
+    m.current_airport.lon = 179.5;
+    m.show_gates = false;
+    m.altimeter_units = 0;
+    Chart_View v;
+    std::vector<Chart_View> redraws;
+    bool flags_at_redraw = true;
+    Open_Chart_View(v, m, 300, 250, [&] {
+        redraws.push_back(v);
+        flags_at_redraw = m.show_gates;
+    });
+
+    ASSERT_EQ(redraws.size(), 1u);
+    const Chart_View& first = redraws[0];
+    EXPECT_EQ(first.zoom_level, 1);
+    EXPECT_EQ(first.chart_px_width, 300);
+    EXPECT_EQ(first.chart_px_height, 250);
+    // The whole world, centred on the airport and not wrapped at the date line.
+    EXPECT_DOUBLE_EQ(first.view_right, 359.4999);
+    EXPECT_NEAR(first.view_left, -0.4999, 1e-9);
+    EXPECT_NEAR(first.view_top, 137.4999, 1e-9);
+    EXPECT_FALSE(flags_at_redraw) << "the options are set after the first redraw";
+
+    EXPECT_EQ(v.zoom_level, 9);
+    EXPECT_NEAR(v.view_right - v.view_left, 1.40624921875, 1e-11);
+    EXPECT_NEAR(v.view_top - v.view_bottom, 0.70312421875, 1e-11);
+    EXPECT_NEAR((v.view_left + v.view_right) / 2, 179.5, 1e-11);
+    EXPECT_NEAR((v.view_top + v.view_bottom) / 2, 47.5, 1e-11);
+    EXPECT_TRUE(m.follow_aircraft && m.show_ils && m.show_taxiways && m.show_taxiway_ids &&
+                m.show_gates && m.show_airspace);
+    EXPECT_EQ(m.altimeter_units, 1);
+}
+
+TEST(ZoomToLevel, ReachesTheExtentOfEachLevel) {
+    struct Case {
+        int asked;
+        int16_t level;
+        double width, height;
+    };
+    const Case cases[] = {
+        {13, 13, 0.087890576171875, 0.043945263671875},
+        {20, 20, 0.00068664512634277, 0.00034332237243652},
+        {25, 20, 0.00068664512634277, 0.00034332237243652},
+        {1, 1, 359.9998, 179.9998},
+        {-3, 1, 359.9998, 179.9998},
+        {9, 9, 1.40624921875, 0.70312421875},
+    };
+    for (const Case& c : cases) {
+        Module1 m;
+        Chart_View v;
+        Open_Chart_View(v, m, 271, 228, nullptr);
+        Zoom_To_Level(v, c.asked);
+        EXPECT_EQ(v.zoom_level, c.level);
+        EXPECT_NEAR(v.view_right - v.view_left, c.width, 1e-12) << c.asked;
+        EXPECT_NEAR(v.view_top - v.view_bottom, c.height, 1e-12) << c.asked;
+    }
+}
+
+TEST(CenterAirport, KeepsTheSizeAndRedrawsOnce) {
+    Chart_View v = Unit_View(100, 100);
+    v.zoom_level = 5;
+    int redraws = 0;
+    Center_Airport(v, -122.3, 47.45, [&] { ++redraws; });
+    EXPECT_EQ(redraws, 1);
+    EXPECT_DOUBLE_EQ(v.view_left, -124.3);
+    EXPECT_DOUBLE_EQ(v.view_right, -120.3);
+    EXPECT_DOUBLE_EQ(v.view_top, 49.45);
+    EXPECT_DOUBLE_EQ(v.view_bottom, 45.45);
+    EXPECT_EQ(v.zoom_level, 5);
+}
+
+TEST(ChartTickRedraw, FollowsTheAircraftOnlyWithTheLinkOpenAndFollowOn) {
+    struct Case {
+        bool follow, connected, moves;
+    };
+    const Case cases[] = {
+        {true, true, true}, {true, false, false}, {false, true, false}, {false, false, false}};
+    for (const Case& c : cases) {
+        Module1 m;
+        m.follow_aircraft = c.follow;
+        m.fsuipc_connected = c.connected;
+        m.aircraft_lat = 10;
+        m.aircraft_lon = 20;
+        Chart_View v = Unit_View(100, 100);
+        int redraws = 0;
+        Chart_Tick_Redraw(v, m, [&] { ++redraws; });
+        EXPECT_EQ(redraws, 1);
+        EXPECT_EQ(v.view_left == 18, c.moves) << c.follow << c.connected;
+    }
+}
