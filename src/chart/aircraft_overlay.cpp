@@ -1,0 +1,46 @@
+#include "chart/aircraft_overlay.h"
+
+#include <charconv>
+
+#include "bgl/geodesy.h"
+#include "platform/rounding.h"
+#include "shell/module1.h"
+
+double Altimeter_Value(uint16_t raw, uint8_t altimeter_units) {
+    if (altimeter_units == 1) {
+        return Round_Decimals(raw / 16.0 / 33.86, 2);
+    }
+    return Round_Decimals(raw / 16.0, 0);
+}
+
+std::string Altimeter_Text(double altimeter_value) {
+    char digits[64];
+    auto result =
+        std::to_chars(digits, digits + sizeof digits, altimeter_value, std::chars_format::fixed);
+    return "Altimeter: " + std::string(digits, result.ptr);
+}
+
+namespace {
+
+// How far ahead of the aircraft its heading line reaches on the ground.
+constexpr int16_t Heading_Line_Ft = 500;
+
+} // namespace
+
+void Draw_Aircraft(Surface& surface, const Chart_View& view, const Module1& module) {
+    if (!module.fsuipc_connected) {
+        return;
+    }
+    Pixel_Rec p = Geo_To_Pixel(view, module.aircraft_lat, module.aircraft_lon);
+    // A heading past 180 comes negative from the simulator; the sine and cosine of the
+    // course take it as it is.
+    Geo_Point_Rec tip = Destination_Feet(module.aircraft_lat, module.aircraft_lon,
+                                         module.aircraft_heading, Heading_Line_Ft);
+    Pixel_Rec p_tip = Geo_To_Pixel(view, tip.lat, tip.lon);
+    int32_t r = Percent_To_Pixels(view, 0.8f);
+    Set_Colors(surface, Chart_Green, Chart_Green, Fill_Style_Solid);
+    surface.Ellipse(p.x - r, p.y + r, p.x + r, p.y - r);
+    surface.MoveToEx(p.x, p.y);
+    surface.LineTo(p_tip.x, p_tip.y);
+    surface.TextOutA(p.x, p.y, "Your Plane");
+}

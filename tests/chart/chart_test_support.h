@@ -1,0 +1,155 @@
+// Helpers for the chart tests: building airports and airspaces in code, and reading a
+// recorded drawing back as pen states and layers.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "chart/chart_view.h"
+#include "chart/recording_surface.h"
+#include "shell/module1.h"
+
+// Appends as the decoders do: the list keeps one spare empty slot above its count.
+template <class T> void Append(Dyn_Array<T>& list, int32_t& count, T item) {
+    list.Resize_Keep(static_cast<size_t>(count) + 1);
+    list[static_cast<size_t>(count)] = std::move(item);
+    ++count;
+}
+
+// The taxiway lists hold exactly their count.
+template <class T> void Set_Exact(Dyn_Array<T>& list, int32_t& count, std::vector<T> items) {
+    list.Allocate(items.size());
+    for (size_t i = 0; i < items.size(); ++i) {
+        list[i] = items[i];
+    }
+    count = static_cast<int32_t>(items.size());
+}
+
+inline Boundary_Point_Rec Boundary(uint8_t kind, double lat, double lon, int32_t radius = 0) {
+    Boundary_Point_Rec p;
+    p.kind = kind;
+    p.lat = lat;
+    p.lon = lon;
+    p.radius = radius;
+    return p;
+}
+
+inline Airspace_Rec Make_Airspace(const std::string& class_text,
+                                  std::vector<Boundary_Point_Rec> points) {
+    Airspace_Rec a;
+    a.class_text = class_text;
+    for (const Boundary_Point_Rec& p : points) {
+        Append(a.points, a.point_count, p);
+    }
+    return a;
+}
+
+// A view of the given extent in degrees about a centre, on a chart of the given size.
+inline Chart_View Make_View(double center_lat, double center_lon, double width_deg,
+                            double height_deg, int32_t px_width, int32_t px_height,
+                            int16_t zoom = 9) {
+    Chart_View v;
+    v.view_left = center_lon - width_deg / 2;
+    v.view_right = center_lon + width_deg / 2;
+    v.view_top = center_lat + height_deg / 2;
+    v.view_bottom = center_lat - height_deg / 2;
+    v.chart_px_width = px_width;
+    v.chart_px_height = px_height;
+    v.zoom_level = zoom;
+    return v;
+}
+
+// The pen and brush in force at an operation, by replaying the setters before it.
+struct Pen_State_Rec {
+    Rgb_Rec fore_color{};
+    int32_t draw_width = -1;
+    int32_t draw_style = -1;
+    Rgb_Rec fill_color{};
+    int32_t fill_style = -1;
+    bool operator==(const Pen_State_Rec&) const = default;
+};
+
+inline Pen_State_Rec Pen_State_At(const Recording_Surface& s, size_t index) {
+    Pen_State_Rec state;
+    for (size_t i = 0; i < index && i < s.ops.size(); ++i) {
+        const Surface_Op_Rec& op = s.ops[i];
+        switch (op.op) {
+        case Surface_Op::ForeColor:
+            state.fore_color = op.color;
+            break;
+        case Surface_Op::DrawWidth:
+            state.draw_width = op.args[0];
+            break;
+        case Surface_Op::DrawStyle:
+            state.draw_style = op.args[0];
+            break;
+        case Surface_Op::FillColor:
+            state.fill_color = op.color;
+            break;
+        case Surface_Op::FillStyle:
+            state.fill_style = op.args[0];
+            break;
+        default:
+            break;
+        }
+    }
+    return state;
+}
+
+inline bool Is_Drawing(Surface_Op op) {
+    return op == Surface_Op::LineTo || op == Surface_Op::Ellipse || op == Surface_Op::Arc;
+}
+
+// Which layer drew a line, ellipse or arc, told by the pen and brush it was drawn with.
+inline std::string Layer_Of(const Pen_State_Rec& state) {
+    if (state.fore_color == Chart_Dark_Blue || state.fore_color == Chart_Magenta) {
+        return "airspace";
+    }
+    if (state.fore_color == Chart_Brown_Red) {
+        return "parkings";
+    }
+    if (state.fore_color == Chart_Light_Grey) {
+        return "taxiways";
+    }
+    if (state.fore_color == Chart_Yellow) {
+        return "ils";
+    }
+    if (state.fore_color == Chart_Green) {
+        return state.fill_style == Fill_Style_Solid ? "aircraft" : "runways";
+    }
+    return "?";
+}
+
+// The layers in the order they drew, each named once per run, with the index of the
+// first drawing operation of each run.
+struct Layer_Run_Rec {
+    std::string layer;
+    size_t first_op = 0;
+};
+
+inline std::vector<Layer_Run_Rec> Layer_Runs(const Recording_Surface& s) {
+    std::vector<Layer_Run_Rec> runs;
+    for (size_t i = 0; i < s.ops.size(); ++i) {
+        if (!Is_Drawing(s.ops[i].op)) {
+            continue;
+        }
+        std::string layer = Layer_Of(Pen_State_At(s, i));
+        if (runs.empty() || runs.back().layer != layer) {
+            runs.push_back({layer, i});
+        }
+    }
+    return runs;
+}
+
+inline std::vector<std::string> Layer_Names(const Recording_Surface& s) {
+    std::vector<std::string> names;
+    for (const Layer_Run_Rec& run : Layer_Runs(s)) {
+        names.push_back(run.layer);
+    }
+    return names;
+}
+
+// Formatted lines for the pixel arguments of a call, to compare whole call lists.
+inline std::string Line_Op(const char* name, Pixel_Rec a) {
+    return std::string(name) + " " + std::to_string(a.x) + " " + std::to_string(a.y);
+}
