@@ -1,0 +1,118 @@
+#include "chart/qt_export.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+
+#include "chart/qt_surface.h"
+
+namespace {
+
+constexpr int Export_Dpi = 96;
+
+void Ensure_Gui_Application() {
+    if (QCoreApplication::instance() != nullptr) {
+        return;
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    static int argc = 1;
+    static char name[] = "quilmark";
+    static char* argv[] = {name, nullptr};
+    // Lives until the process ends.
+    new QGuiApplication(argc, argv);
+}
+
+void Paint_Chart(QPainter& painter, int32_t width, int32_t height, const Chart_Paint& paint) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    Qt_Surface surface(painter, width, height);
+    if (paint) {
+        paint(surface);
+    }
+}
+
+std::string Write_Png(const QString& path, int32_t width, int32_t height,
+                      const Chart_Paint& paint) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.setDotsPerMeterX(static_cast<int>(Export_Dpi / 0.0254 + 0.5));
+    image.setDotsPerMeterY(static_cast<int>(Export_Dpi / 0.0254 + 0.5));
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    Paint_Chart(painter, width, height, paint);
+    painter.end();
+    if (!image.save(path, "PNG")) {
+        return "Could not write the image " + path.toStdString() + ".";
+    }
+    return "";
+}
+
+std::string Write_Svg(const QString& path, int32_t width, int32_t height,
+                      const Chart_Paint& paint) {
+    QSvgGenerator generator;
+    generator.setFileName(path);
+    generator.setSize(QSize(width, height));
+    generator.setViewBox(QRect(0, 0, width, height));
+    generator.setResolution(Export_Dpi);
+    generator.setTitle(QStringLiteral("Quilmark chart"));
+    QPainter painter;
+    if (!painter.begin(&generator)) {
+        return "Could not write the image " + path.toStdString() + ".";
+    }
+    Paint_Chart(painter, width, height, paint);
+    painter.end();
+    if (!QFileInfo::exists(path)) {
+        return "Could not write the image " + path.toStdString() + ".";
+    }
+    return "";
+}
+
+std::string Write_Pdf(const QString& path, int32_t width, int32_t height,
+                      const Chart_Paint& paint) {
+    QPdfWriter writer(path);
+    writer.setCreator(QStringLiteral("Quilmark"));
+    writer.setTitle(QStringLiteral("Quilmark chart"));
+    writer.setPageLayout(
+        QPageLayout(QPageSize(QSizeF(double(width) / Export_Dpi, double(height) / Export_Dpi),
+                              QPageSize::Inch, QString(), QPageSize::ExactMatch),
+                    QPageLayout::Portrait, QMarginsF(0, 0, 0, 0)));
+    writer.setResolution(Export_Dpi);
+    QPainter painter;
+    if (!painter.begin(&writer)) {
+        return "Could not write the image " + path.toStdString() + ".";
+    }
+    // The page may come out a fraction of a pixel off the chart's size; map the chart's
+    // pixels onto it exactly.
+    painter.setWindow(0, 0, width, height);
+    Paint_Chart(painter, width, height, paint);
+    painter.end();
+    return "";
+}
+
+} // namespace
+
+std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t height,
+                               const Chart_Paint& paint) {
+    if (width <= 0 || height <= 0) {
+        return "The image size must be at least 1 by 1 pixels.";
+    }
+    Ensure_Gui_Application();
+    QString file = QString::fromStdString(path);
+    QString suffix = QFileInfo(file).suffix().toLower();
+    if (suffix == QStringLiteral("png")) {
+        return Write_Png(file, width, height, paint);
+    }
+    if (suffix == QStringLiteral("svg")) {
+        return Write_Svg(file, width, height, paint);
+    }
+    if (suffix == QStringLiteral("pdf")) {
+        return Write_Pdf(file, width, height, paint);
+    }
+    return "Unknown image type \"" + suffix.toStdString() + "\": use .png, .svg or .pdf.";
+}

@@ -1,0 +1,22 @@
+// Writing a chart to an image file. The header holds no Qt types, so that a command-line
+// front end can call it without Qt on its include path; the code is in the Qt library.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "chart/surface.h"
+
+// Draws one chart onto the surface it is given, for example
+//   [&](Surface& s) { Redraw_Chart(s, view, module); }
+using Chart_Paint = std::function<void(Surface&)>;
+
+// Renders the chart into a file of width by height pixels, in the format that the
+// file's extension names (case does not matter): ".png", ".svg" or ".pdf". SVG and PDF
+// are vector files of the same size at 96 dpi. The path is a native path in UTF-8.
+// Returns an empty string on success, otherwise a message for the user. If the process
+// has no Qt application yet, one is made (on the offscreen platform unless
+// QT_QPA_PLATFORM says otherwise) and kept until the process ends, since fonts need it.
+std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t height,
+                               const Chart_Paint& paint);
