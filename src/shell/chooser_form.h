@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-enum class Message_Icon { Information, Exclamation };
+enum class Message_Icon { Information, Exclamation, Critical };
 
 constexpr const char* Message_Title = "Quilmark Message";
 constexpr const char* Program_Title = "Quilmark v1.1";

@@ -100,7 +100,14 @@ int Command_Init(const std::vector<std::string>& args, std::ostream&, std::ostre
 }
 
 const char* Icon_Name(Message_Icon icon) {
-    return icon == Message_Icon::Exclamation ? "exclamation" : "information";
+    switch (icon) {
+    case Message_Icon::Exclamation:
+        return "exclamation";
+    case Message_Icon::Critical:
+        return "critical";
+    default:
+        return "information";
+    }
 }
 
 void Write_Strings(Json_Out& json, const std::vector<std::string>& texts) {

@@ -1,0 +1,10 @@
+# The desktop program. The forms are in quilmark_ui (files named qt_*.cpp); this adds the
+# executable that starts them.
+add_executable(quilmark ${CMAKE_SOURCE_DIR}/app/main.cpp)
+target_link_libraries(quilmark PRIVATE quilmark_ui)
+target_compile_options(quilmark PRIVATE ${QUILMARK_WARNINGS})
+
+# Pictures of the forms for the documentation: scripts/screenshots.sh runs this under Xvfb.
+add_executable(quilmark-screenshots ${CMAKE_SOURCE_DIR}/tools/screenshots/main.cpp)
+target_link_libraries(quilmark-screenshots PRIVATE quilmark_ui)
+target_compile_options(quilmark-screenshots PRIVATE ${QUILMARK_WARNINGS})

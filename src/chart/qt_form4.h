@@ -1,0 +1,59 @@
+// Form4, the chart: the chosen airport with its runways, taxiways, gates, ILS and
+// airspace, the user's aircraft from the simulator once a second, three buttons and the
+// menus. The chart is drawn into a back buffer that holds the last redraw until the next.
+#pragma once
+
+#include <QImage>
+#include <QMainWindow>
+#include <QTimer>
+#include <memory>
+
+#include "chart/chart_view.h"
+#include "link/fsuipc.h"
+
+class QLabel;
+class QPushButton;
+class Link_Transport;
+class Quilmark_Program;
+
+class Form4 : public QMainWindow {
+  public:
+    explicit Form4(Quilmark_Program& program);
+    ~Form4() override;
+
+    void Form_Load();
+    void Form_Unload();
+    void Form_Resize();
+    // A mouse press at a point of the chart (client pixels) with a button.
+    void Form_MouseDown(Qt::MouseButton button, int x, int y);
+    void Timer1_Timer();
+    void Command2_Click(); // Zoom in
+    void Command3_Click(); // Center
+    void Command4_Click(); // Zoom out
+    void Center_Airport(double airpt_loc_x, double airpt_loc_y);
+    // Cls, Draw_Chart, Draw_Aircraft into the back buffer, shown at once.
+    void Redraw();
+
+    Chart_View view;
+    QImage back_buffer;
+    QLabel* Label1 = nullptr;
+    QPushButton* Command2 = nullptr;
+    QPushButton* Command3 = nullptr;
+    QPushButton* Command4 = nullptr;
+    QTimer Timer1;
+    QWidget* chart_area = nullptr;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void Take_Pixel_Size();
+    void Zoom(bool in);
+    bool Read_Aircraft();
+    Quilmark_Program& program_;
+    std::unique_ptr<Link_Transport> transport_;
+    Fsuipc_Rec link_;
+    bool loaded_ = false;
+};

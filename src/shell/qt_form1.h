@@ -1,0 +1,34 @@
+// Form1, the splash: three seconds of the program's picture, then the wizard on a first
+// start in this folder or the chooser on a later one.
+#pragma once
+
+#include <QImage>
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class Quilmark_Program;
+
+class Form1 : public QWidget {
+  public:
+    explicit Form1(Quilmark_Program& program);
+
+    // The splash timer's one tick.
+    void Timer1_Timer();
+    // The configuration file in the current directory decides what follows the splash.
+    void Choose_First_Form();
+
+    QTimer Timer1;
+    QLabel* Label1 = nullptr;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    Quilmark_Program& program_;
+    QImage picture_;
+};
+
+// The splash picture, 320 by 240: an airport chart of the program's own drawing.
+QImage Splash_Picture();
