@@ -5,7 +5,6 @@
 
 #include "platform/native_paths.h"
 #include "scenery/locate_folders.h"
-#include "scenery/scenery_cfg.h"
 
 namespace fs = std::filesystem;
 
@@ -57,14 +56,11 @@ TEST(LocateFolders, ThreePassesOverLabelsRelativePathsAndSubfolders) {
     };
     const Case cases[] = {
         {Paths("Scenery\\World"), Paths("c:\\program files\\fs2002\\scenery\\world\\scenery")},
-        {Paths("Scenery"), Paths("C:\\Program Files\\FS2002\\Scenery")},
         {Paths("sCENERY"), Paths("C:\\Program Files\\FS2002\\sCENERY")},
         {Paths("[FS2002 Disk2]\\Scenery\\World", "[fs2002 DISK2]\\Scenery"),
          Paths("d:\\scenery\\world\\scenery", "d:\\scenery\\scenery")},
-        {Paths("[Win]\\Addon"), Paths("c:\\addon\\scenery")},
         {Paths("[]\\Odd"), Paths("g:\\odd\\scenery")}, // a drive without a label
-        // A label that no ready fixed or CD-ROM drive has stays, and the path is relative.
-        {Paths("[Net]\\x"), Paths("c:\\program files\\fs2002\\[net]\\x\\scenery")},
+        // A label of a drive without a medium stays, and the path is relative.
         {Paths("[Empty Tray]\\x"), Paths("c:\\program files\\fs2002\\[empty tray]\\x\\scenery")},
         {Paths("Addon [FS2002 Disk2]"),
          Paths("c:\\program files\\fs2002\\addon [fs2002 disk2]\\scenery")},
@@ -87,42 +83,6 @@ TEST(LocateFolders, ThreePassesOverLabelsRelativePathsAndSubfolders) {
         EXPECT_EQ(m.scenery_areas[i].Remote, cases[i].out.Remote) << cases[i].in.Remote;
     }
     EXPECT_EQ(m.scenery_areas[std::size(cases)], Scenery_Area{}); // the spare slot
-}
-
-// Outside a Wine prefix fs_path is the native folder; the folders the passes make from it
-// lead back to the files on a case-sensitive file system.
-TEST(LocateFolders, NativeSimulatorFolderResolvesToItsFiles) {
-    Temp_Top temp("qm-locate-native");
-    const fs::path& top = temp.path;
-    fs::path sim = top / "Flight Sim/FS2002";
-    fs::create_directories(sim / "Scenery/World/scenery");
-    fs::create_directories(sim / "Addon Scenery/KSEA/Scenery");
-    std::ofstream(sim / "Scenery/World/scenery/AP1234.BGL") << "x";
-    std::ofstream(sim / "Scenery/World/scenery/ap0001.bgl") << "x";
-    std::ofstream(sim / "Scenery/magdec.bgl") << "x";
-    std::ofstream(sim / "Addon Scenery/KSEA/Scenery/Seattle.BGL") << "x";
-    std::ofstream(sim / "scenery.cfg") << "[Area.001]\nLocal=Scenery\\World\n"
-                                          "[Area.002]\nLocal=Scenery\n"
-                                          "[Area.003]\nLocal=ADDON SCENERY\\ksea\n";
-
-    Drive_List drives = Drive_List_For_Fs_Path(sim.string());
-    Module1 m = With_Areas(sim.string(), {});
-    ASSERT_EQ(Read_Scenery_Cfg(m, Resolve_Native_Path(drives, m.fs_path + "\\scenery.cfg")),
-              Scenery_Cfg_Status::ok);
-    Locate_Scenery_Folders(m, drives);
-    ASSERT_EQ(m.scenery_area_count, 3);
-    auto names = [&](int area) {
-        std::vector<std::string> found;
-        for (const Listed_File_Rec& f :
-             List_Folder_Files(drives, m.scenery_areas[area].Local, "*.bgl")) {
-            found.push_back(f.name);
-        }
-        return found;
-    };
-    EXPECT_EQ(names(0), (std::vector<std::string>{"ap0001.bgl", "AP1234.BGL"}));
-    EXPECT_EQ(m.scenery_areas[1].Local, sim.string() + "\\Scenery");
-    EXPECT_EQ(names(1), (std::vector<std::string>{"magdec.bgl"}));
-    EXPECT_EQ(names(2), (std::vector<std::string>{"Seattle.BGL"}));
 }
 
 // Inside a Wine prefix, drive paths and CD labels of scenery.cfg lead to the prefix's drives.
