@@ -1,0 +1,251 @@
+// Writes the seed corpora of the fuzz targets, one folder per target below OUT_FOLDER,
+// every seed laid out by the BGL writer or the encoders of the files it stands for.
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "bgl/sections.h"
+#include "fuzz_support.h"
+#include "scenery/airport_database.h"
+#include "shell/config_file.h"
+#include "shell/form3_data.h"
+#include "support/bgl_writer.h"
+#include "support/example_field.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path out_root;
+
+void Seed(const std::string& target, const std::string& name, const Bytes& bytes) {
+    Write_File((out_root / target / name).string(), bytes);
+}
+
+void Seed_Text(const std::string& target, const std::string& name, const std::string& text) {
+    Seed(target, name, Bytes(text.begin(), text.end()));
+}
+
+// A busy airport near 47.45 N 122.31 W: runways with ILS on both ends, comm records, and a
+// ground network whose names arrive after the paths.
+Bytes Busy_Airport_Stream() {
+    Bytes stream = Concat_Bytes(
+        {Reference_Point_Record(Encode_Latitude(47.449), Encode_Reference_Longitude(-122.309)),
+         Name_Record("Seattle-Tacoma Intl", 20), Comm_Record(Encode_Frequency(118.0), 1),
+         Comm_Record(Encode_Frequency(121.7), 5), Comm_Record(Encode_Frequency(119.9), 6),
+         Comm_Record(Encode_Frequency(119.2), 8), Comm_Record(Encode_Frequency(120.4), 9)});
+    const char* designators[] = {"16L", "16C", "16R"};
+    for (int i = 0; i < 3; ++i) {
+        Runway_Fields r;
+        r.lat_raw = Encode_Latitude(47.449 + 0.001 * i);
+        r.lon_raw = Encode_Longitude(-122.308 - 0.004 * i);
+        r.elevation_m = 132;
+        r.heading_raw = Encode_Heading(179.9);
+        r.length_ft = 9000 + 1000 * i;
+        r.width_ft = 150;
+        r.designator_code = i + 1;
+        r.number = 16;
+        Append_Bytes(stream, Runway_Record(r));
+        Navaid_Fields ils;
+        ils.lat_raw = Encode_Latitude(47.463);
+        ils.lon_raw = Encode_Longitude(-122.308 - 0.004 * i);
+        ils.heading_raw = Encode_Heading(179.9);
+        ils.frequency_word = Encode_Frequency(110.3 + i);
+        ils.name = std::string("I") + designators[i];
+        ils.name_padded_length = 8;
+        Append_Bytes(stream, Navaid_Record(ils));
+    }
+    std::vector<Taxi_Point_Element> points;
+    std::vector<Taxi_Path_Element> paths;
+    std::vector<Parking_Element> spots;
+    for (int i = 0; i < 12; ++i) {
+        points.push_back({i % 3, 230.0f, -1900.0f + 300.0f * static_cast<float>(i)});
+        if (i > 0) {
+            paths.push_back({0, i - 1, i, i % 2});
+        }
+        spots.push_back({470.0f, -1900.0f + 300.0f * static_cast<float>(i), 22.0f,
+                         Parking_Code_Word(9, i + 1, 12 + i % 4)});
+        paths.push_back({2, i, i, 0});
+    }
+    paths.push_back({1, 0, 11, 2});
+    Append_Bytes(stream, Taxiway_Block_Record({Point_List(points), Parking_List(spots),
+                                               Path_List(paths), Name_List({"A", "B", "C"})}));
+    return stream;
+}
+
+// A boundary with its box about the given centre: circles, a polygon with arcs, or an
+// outer centre with a frequency and a facility name.
+Bytes Boundary_Around(double lat, double lon, int shape) {
+    const double half = 0.5 + 0.25 * shape;
+    Bytes box = Boundary_Box_Record(Encode_Latitude(lat - half), Encode_Longitude(lon - half),
+                                    Encode_Latitude(lat + half), Encode_Longitude(lon + half));
+    switch (shape) {
+    case 0:
+        return Concat_Bytes(
+            {box, Boundary_Name_Record("SEATTLE CLASS D", 16),
+             Boundary_Point_Record(0x12001, Encode_Latitude(lat), Encode_Longitude(lon)),
+             Boundary_Circle_Record(5, 0, 2500)});
+    case 1:
+        return Concat_Bytes(
+            {box, Boundary_Name_Record("SEATTLE CLASS B", 16), Boundary_Name_Record("AREA A", 8),
+             Boundary_Start_Record(Encode_Latitude(lat - 0.2), Encode_Longitude(lon - 0.2), 0,
+                                   10000),
+             Boundary_Point_Record(0x12005, Encode_Latitude(lat + 0.2),
+                                   Encode_Longitude(lon - 0.2)),
+             Boundary_Point_Record(0x12001, Encode_Latitude(lat), Encode_Longitude(lon)),
+             Boundary_Point_Record(0x12006, Encode_Latitude(lat + 0.2),
+                                   Encode_Longitude(lon + 0.2)),
+             Record(0x12003, Bytes(8, 0)),
+             Boundary_Point_Record(0x12007, Encode_Latitude(lat - 0.2),
+                                   Encode_Longitude(lon + 0.2)),
+             Boundary_Point_Record(0x12005, Encode_Latitude(lat - 0.2),
+                                   Encode_Longitude(lon - 0.2))});
+    default:
+        return Concat_Bytes(
+            {box, Boundary_Name_Record("SEATTLE CENTER", 16),
+             Boundary_Com_Record(Encode_Frequency(124.2), "SEATTLE CTR", 12),
+             Boundary_Start_Record(Encode_Latitude(lat - 1), Encode_Longitude(lon - 1), 18000,
+                                   60000),
+             Boundary_Point_Record(0x12005, Encode_Latitude(lat + 1), Encode_Longitude(lon + 1))});
+    }
+}
+
+Bytes Airport_File(const std::vector<std::pair<std::string, Bytes>>& airports) {
+    Bgl_File_Spec spec;
+    Airport_Group group;
+    for (const auto& [ident, stream] : airports) {
+        Airport_Entry entry;
+        entry.ident = ident;
+        entry.stream = stream;
+        group.entries.push_back(entry);
+    }
+    spec.groups.push_back(group);
+    return Build_Bgl(spec);
+}
+
+void Airport_Seeds() {
+    Seed("airport_section", "example_field.bgl", Example_Field());
+    Seed("airport_section", "busy_airport.bgl", Airport_File({{"KSEA", Busy_Airport_Stream()}}));
+    Bytes small = Concat_Bytes(
+        {Reference_Point_Record(Encode_Latitude(47.53), Encode_Reference_Longitude(-122.30)),
+         Name_Record("Boeing Fld", 12), Comm_Record(Encode_Frequency(120.6), 6)});
+    Seed("airport_section", "three_airports.bgl",
+         Airport_File({{"KBFI", small}, {"KRNT", small}, {"KPAE", Busy_Airport_Stream()}}));
+    // Two groups, a gap behind the entries, an entry of another kind.
+    Bgl_File_Spec spec;
+    Airport_Entry other;
+    other.ident = "VOR1";
+    other.entry_kind = 0x50002;
+    Airport_Entry plain;
+    plain.ident = "KTIW";
+    plain.stream = small;
+    spec.groups.push_back({{other, plain}, std::nullopt, 12});
+    spec.groups.push_back({{plain}, std::nullopt, 0});
+    Seed("airport_section", "two_groups.bgl", Build_Bgl(spec));
+}
+
+void Boundary_Seeds() {
+    Bgl_File_Spec spec;
+    spec.boundary_section =
+        Boundary_Section({{Boundary_Around(47.45, -122.31, 0), Boundary_Around(47.45, -122.31, 1)},
+                          {Boundary_Around(47.45, -122.31, 2), Boundary_Around(40.0, -80.0, 0)}});
+    Seed("boundary_section", "seattle_airspace.bgl", Build_Bgl(spec));
+    Bgl_File_Spec both;
+    Airport_Entry sea;
+    sea.ident = "KSEA";
+    sea.stream = Busy_Airport_Stream();
+    both.groups.push_back({{sea}, std::nullopt, 0});
+    both.boundary_section = Boundary_Section({{Boundary_Around(47.45, -122.31, 1)}});
+    Bytes file = Build_Bgl(both);
+    Seed("boundary_section", "airport_and_airspace.bgl", file);
+    Seed("airport_section", "airport_and_airspace.bgl", file);
+}
+
+void Magdec_Seeds() {
+    auto smooth = [](int lat, int lon) {
+        return static_cast<int16_t>(((lon * 7 + lat * 3) % 61 - 30) * 65536 / 360);
+    };
+    Seed("magdec", "smooth.bgl", Build_Magdec(Magdec_Values(smooth)));
+    Seed("magdec", "extremes.bgl", Build_Magdec(Magdec_Values([](int lat, int lon) {
+             return static_cast<int16_t>((lat + lon) % 2 == 0 ? 32767 : -32768);
+         })));
+    Bytes cut = Build_Magdec(Magdec_Values(smooth), 300);
+    cut.resize(300 + 8 + 2 * 500);
+    Seed("magdec", "truncated.bgl", cut);
+    Bytes header_only(128, 0);
+    header_only[110] = 0x78;
+    Seed("magdec", "header_only.bgl", header_only);
+}
+
+void Scenery_Cfg_Seeds() {
+    Seed_Text("scenery_cfg", "world.cfg",
+              "[General]\r\nTitle=FS2002 World Scenery\r\nClean_on_Exit=TRUE\r\n\r\n"
+              "[Area.001]\r\nTitle=Default Terrain\r\nTexture_ID=1\r\nRemote=\r\n"
+              "Local=Scenery\\World\r\nLayer=1\r\nActive=TRUE\r\nRequired=TRUE\r\n\r\n"
+              "[Area.002]\r\nTitle=Airport and Facilities Data\r\nLocal=Scenery\\NAmW\r\n"
+              "Layer=3\r\nActive=TRUE\r\nRequired=TRUE\r\n\r\n"
+              "[Area.003]\r\nTitle=Additional Facility Data\r\nLocal=Scenery\\ATC\r\n"
+              "Layer=5\r\nActive=TRUE\r\nRequired=TRUE\r\n\r\n"
+              "[Area.004]\r\nTitle=Mesh Detail\r\nRemote=[FS2002 Disk2]\\Scenery\\Mesh\r\n"
+              "Local=Scenery\\Mesh\r\nLayer=6\r\nActive=TRUE\r\nRequired=FALSE\r\n");
+    Seed_Text("scenery_cfg", "odd.cfg",
+              "\n\n[AREA.1] ; comment\nTITLE=Airport and Facilities Data\rlocal=D:\\Addon\n"
+              "[area.2]\r\n;Title=old\r\nSubTitle=x\r\nTitle=see [AREA.1]\r\n[Other]x]\r\n"
+              "Local=[FS2002 Disk2]\\Scenery\r\n[Area.1]\r\nRequired=TRUE=yes");
+}
+
+void Config_Seeds() {
+    Config_Rec config;
+    config.title = Config_Title;
+    config.format_mark = 1;
+    config.fs_version = 1;
+    config.fs_path = "C:\\Program Files\\Microsoft Games\\FS2002";
+    config.airport_count = 24118;
+    std::string bytes = Encode_Config(config);
+    Seed_Text("config_file", "config.cfg", bytes);
+    Seed_Text("config_file", "config_with_tail.cfg", bytes + "left over");
+    Seed_Text("config_file", "config_cut.cfg", bytes.substr(0, bytes.size() - 3));
+}
+
+void Database_Seeds() {
+    // The airports of the airport seeds, as the build would store them.
+    auto m = Fuzz_Module();
+    auto form = std::make_unique<Form3_Data>();
+    m->airports.Release();
+    for (const Bytes& file : {Example_Field(), Airport_File({{"KSEA", Busy_Airport_Stream()}})}) {
+        Set_Bgl_Image(form->bgl_image, file);
+        Read_BGL_Sections(*form, *m);
+    }
+    const std::vector<uint8_t> database = Encode_Airport_Database(m->airports);
+    for (int32_t count : {m->airport_count, m->airport_count - 1, m->airport_count + 1}) {
+        Byte_Writer w;
+        w.I32(count);
+        w.Append(database);
+        Seed("database_file", "count_" + std::to_string(count) + ".dat", w.bytes);
+    }
+    Dyn_Array<Airport_Rec> empty;
+    empty.Release();
+    Byte_Writer none;
+    none.I32(0);
+    none.Append(Encode_Airport_Database(empty));
+    Seed("database_file", "empty.dat", none.bytes);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: fuzz_seed_writer OUT_FOLDER\n");
+        return 2;
+    }
+    out_root = argv[1];
+    fs::remove_all(out_root);
+    Airport_Seeds();
+    Boundary_Seeds();
+    Magdec_Seeds();
+    Scenery_Cfg_Seeds();
+    Config_Seeds();
+    Database_Seeds();
+    return 0;
+}
