@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# The README's run command: installs what is needed, builds, and runs the program on the
-# bundled sample world in a working folder of its own (build/run).
+# The README's run command: installs what is needed, builds, and starts the program on the
+# bundled sample world, in a working folder of its own (build/run) whose settings file
+# points at the sample world, so the chooser fills at once.
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 bash "$root/scripts/install-deps.sh"
@@ -9,14 +10,14 @@ bash "$root/scripts/build.sh"
 work="$root/build/run"
 mkdir -p "$work"
 cd "$work"
-tool="$root/build/tools/quilmark-tool"
 if [[ ! -f quilmark_config.cfg ]]; then
-    "$tool" init "$root/build/sample-world/FS2002"
+    "$root/build/tools/quilmark-tool" init "$root/build/sample-world/FS2002"
 fi
-echo "== Scanning the sample world (working folder: $work)"
-"$tool" scan
-echo
-echo "== Seattle-Tacoma as decoded from its BGL file"
-"$tool" bgl --magdec "$root/build/sample-world/FS2002/Scenery/magdec.bgl" \
-    "$root/build/sample-world/FS2002/Scenery/NAmW/scenery/AP934170.BGL" | head -c 2000
-echo
+if [[ -z "${DISPLAY:-}" && -z "${WAYLAND_DISPLAY:-}" ]]; then
+    echo "No display here: walking the program under Xvfb and saving its pictures in build/screenshots."
+    exec xvfb-run -a -s "-screen 0 1280x1024x24" \
+        "$root/build/quilmark-screenshots" "$root/build/sample-world/FS2002" \
+        "$root/build/screenshots-work" "$root/build/screenshots"
+fi
+echo "Starting Quilmark in $work"
+exec "$root/build/quilmark"

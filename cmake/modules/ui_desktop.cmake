@@ -1,3 +1,4 @@
+# (Included after ui.cmake, whose targets it extends.)
 # The desktop program. The forms are in quilmark_ui (files named qt_*.cpp); this adds the
 # executable that starts them.
 add_executable(quilmark ${CMAKE_SOURCE_DIR}/app/main.cpp)
@@ -8,3 +9,9 @@ target_compile_options(quilmark PRIVATE ${QUILMARK_WARNINGS})
 add_executable(quilmark-screenshots ${CMAKE_SOURCE_DIR}/tools/screenshots/main.cpp)
 target_link_libraries(quilmark-screenshots PRIVATE quilmark_ui)
 target_compile_options(quilmark-screenshots PRIVATE ${QUILMARK_WARNINGS})
+
+# The forms' tests walk the flows on the generated sample world.
+target_link_libraries(quilmark_ui_tests PRIVATE quilmark_test_support)
+target_compile_definitions(quilmark_ui_tests
+                           PRIVATE QUILMARK_SAMPLE_WORLD_DIR="${CMAKE_BINARY_DIR}/sample-world/FS2002")
+add_dependencies(quilmark_ui_tests sample_world)

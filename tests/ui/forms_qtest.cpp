@@ -1,0 +1,312 @@
+// The desktop program's flows, walked as a user would: timers are fired by hand instead of
+// waited for, message boxes are answered OK and remembered.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <filesystem>
+
+#include "chart/chart_draw.h"
+#include "chart/qt_form4.h"
+#include "chart/recording_surface.h"
+#include "dialogs/qt_form5.h"
+#include "dialogs/qt_form6.h"
+#include "link/fake_module.h"
+#include "shell/config_file.h"
+#include "shell/module1.h"
+#include "shell/qt_form1.h"
+#include "shell/qt_form2.h"
+#include "shell/qt_form3.h"
+#include "shell/qt_program.h"
+#include "support/work_dir.h"
+
+namespace {
+
+struct Recorded_Message {
+    std::string text;
+    std::string title;
+    Message_Icon icon;
+};
+
+// A program whose message boxes and end are recorded; no simulator unless told.
+struct Program_Under_Test {
+    std::vector<Recorded_Message> messages;
+    bool ended = false;
+    bool simulator = false;
+    std::unique_ptr<Quilmark_Program> program;
+
+    Program_Under_Test() {
+        Program_Services services;
+        services.show_message = [this](const std::string& text, const std::string& title,
+                                       Message_Icon icon) {
+            messages.push_back({text, title, icon});
+        };
+        services.end_program = [this] { ended = true; };
+        services.make_link_transport = [this] {
+            auto module = std::make_unique<Fake_Module_Transport>();
+            module->main_window = simulator;
+            module->fallback_window = simulator;
+            module->space.Set_U32(0x0564, 5273034);                            // 47.4490 N
+            module->space.Set_U32(0x056C, static_cast<uint32_t>(-1459206787)); // 122.3093 W
+            module->space.Set_U32(0x0580, static_cast<uint32_t>(-1073741824)); // 270: -90
+            module->space.Set_U16(0x0EC6, 16212);
+            return std::unique_ptr<Link_Transport>(std::move(module));
+        };
+        program = std::make_unique<Quilmark_Program>(services);
+    }
+    Module1& m() { return program->module(); }
+    std::vector<std::string> Message_Texts() const {
+        std::vector<std::string> texts;
+        for (const auto& message : messages) {
+            texts.push_back(message.text);
+        }
+        return texts;
+    }
+};
+
+// Runs what the event loop has queued: deferred deletes and the last-form check.
+void Settle() {
+    for (int i = 0; i < 3; ++i) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+}
+
+std::vector<std::string> Combo_Items(const QComboBox* combo) {
+    std::vector<std::string> items;
+    for (int i = 0; i < combo->count(); ++i) {
+        items.push_back(combo->itemText(i).toStdString());
+    }
+    return items;
+}
+
+QAction* Menu_Action(QMainWindow* form, const QString& menu, const QString& entry) {
+    for (QAction* top : form->menuBar()->actions()) {
+        if (top->text() == menu && top->menu() != nullptr) {
+            for (QAction* action : top->menu()->actions()) {
+                if (action->text() == entry) {
+                    return action;
+                }
+            }
+        }
+    }
+    return nullptr;
+}
+
+// Splash, then wizard finished on the sample world, then the first scan.
+void First_Start(Program_Under_Test& t) {
+    t.program->Start();
+    ASSERT_NE(t.program->form1, nullptr);
+    t.program->form1->Timer1_Timer();
+    Settle();
+    ASSERT_EQ(t.program->form1, nullptr);
+    ASSERT_NE(t.program->form2, nullptr);
+    t.program->form2->Set_Dir1_Path(QUILMARK_SAMPLE_WORLD_DIR);
+    t.program->form2->Command1->click();
+    Settle();
+    ASSERT_NE(t.program->form3, nullptr);
+    t.program->form3->Read_Sceneries_Paths_Timer();
+}
+
+void Choose(Form3* chooser, const QString& entry) {
+    chooser->Combo1->setCurrentIndex(chooser->Combo1->findText(entry));
+}
+
+} // namespace
+
+TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
+    Work_Dir dir("forms-first");
+    Program_Under_Test t;
+    First_Start(t);
+    ASSERT_FALSE(t.ended);
+    EXPECT_TRUE(std::filesystem::is_regular_file(Config_File_Name));
+    EXPECT_EQ(t.m().fs_path, QUILMARK_SAMPLE_WORLD_DIR);
+    ASSERT_EQ(t.messages.size(), 4u);
+    EXPECT_EQ(t.messages[0].text, "Settings file created successfully!");
+    EXPECT_EQ(t.messages[1].title, "Quilmark v1.1"); // the sample world names a CD area
+    EXPECT_EQ(t.messages[2].text.substr(0, 22), "This is the first time");
+    EXPECT_EQ(t.messages[3].text.substr(0, 33), "The Database File was created suc");
+    Form3* chooser = t.program->form3;
+    EXPECT_EQ(chooser->windowTitle(), "Choosing an airport");
+    EXPECT_EQ(chooser->Text1->text(), "Done");
+    EXPECT_TRUE(chooser->Combo1->isEnabled());
+    EXPECT_TRUE(chooser->Command3->isEnabled());
+    const auto list = Combo_Items(chooser->Combo1);
+    ASSERT_EQ(list.size(), 8u);
+    EXPECT_EQ(list.front(), "KBFI (BOEING FLD KING CO INTL)");
+    EXPECT_EQ(chooser->Combo1->currentText(), "[Type and select an airport from the list]");
+    EXPECT_EQ(chooser->ProgressBar1->value(), 0);
+
+    // A later start in the same folder: the chooser straight after the splash.
+    Program_Under_Test later;
+    later.program->Start();
+    later.program->form1->Timer1_Timer();
+    Settle();
+    EXPECT_EQ(later.program->form2, nullptr);
+    ASSERT_NE(later.program->form3, nullptr);
+    later.program->form3->Read_Sceneries_Paths_Timer();
+    EXPECT_EQ(Combo_Items(later.program->form3->Combo1), list);
+    EXPECT_EQ(later.messages.size(), 1u); // the CD prompt only
+}
+
+TEST(Forms, UnfinishedWizardEndsWithoutASettingsFile) {
+    Work_Dir dir("forms-wizard");
+    Program_Under_Test t;
+    t.program->Start();
+    t.program->form1->Timer1_Timer();
+    Settle();
+    Form2* wizard = t.program->form2;
+    ASSERT_NE(wizard, nullptr);
+    EXPECT_EQ(wizard->windowTitle(), "Settings");
+    EXPECT_TRUE(wizard->Option1->isChecked());
+    EXPECT_EQ(t.m().fs_version, 1);
+    EXPECT_FALSE(wizard->Text1->text().isEmpty()); // the lists always choose a folder
+    wizard->close();
+    Settle();
+    EXPECT_TRUE(t.ended);
+    ASSERT_EQ(t.messages.size(), 1u);
+    EXPECT_EQ(t.messages[0].text, "You didn't finish setup process, program will end");
+    EXPECT_FALSE(std::filesystem::exists(Config_File_Name));
+}
+
+TEST(Forms, ChartOpensZoomsCentresAndGoesBack) {
+    Work_Dir dir("forms-chart");
+    Program_Under_Test t;
+    First_Start(t);
+    Form3* chooser = t.program->form3;
+    const auto list = Combo_Items(chooser->Combo1);
+    t.messages.clear();
+
+    // Typing alone chooses nothing: GET AIRPORT does nothing then.
+    chooser->Combo1->setEditText("seattle");
+    chooser->Command3->click();
+    EXPECT_EQ(t.program->form4, nullptr);
+
+    Choose(chooser, "KSEA (SEATTLE-TACOMA INTL)");
+    chooser->Command3->click();
+    Settle();
+    EXPECT_EQ(t.program->form3, nullptr);
+    Form4* chart = t.program->form4;
+    ASSERT_NE(chart, nullptr);
+    EXPECT_EQ(chart->windowTitle(), "SEATTLE-TACOMA INTL Chart");
+    EXPECT_EQ(chart->view.zoom_level, 9);
+    EXPECT_TRUE(t.m().show_ils && t.m().show_taxiways && t.m().show_taxiway_ids &&
+                t.m().show_gates && t.m().show_airspace && t.m().follow_aircraft);
+    EXPECT_EQ(t.m().altimeter_units, 1);
+    EXPECT_TRUE(chart->Timer1.isActive());
+    // No simulator: the message, and the chart all the same.
+    ASSERT_EQ(t.messages.size(), 1u);
+    EXPECT_EQ(t.messages[0].icon, Message_Icon::Exclamation);
+    EXPECT_EQ(t.messages[0].text.substr(0, 42), "This program couldn't connect to the FS200");
+    EXPECT_FALSE(t.m().fsuipc_connected);
+    EXPECT_EQ(chart->Label1->text(), "Altimeter: 0");
+
+    const double width = chart->view.view_right - chart->view.view_left;
+    chart->Command2->click(); // zoom in
+    EXPECT_EQ(chart->view.zoom_level, 10);
+    EXPECT_NEAR(chart->view.view_right - chart->view.view_left, width / 2, 1e-9);
+    chart->Command4->click(); // zoom out
+    chart->Command4->click();
+    EXPECT_EQ(chart->view.zoom_level, 8);
+
+    // A left click centres the view on the clicked point; a right click does nothing.
+    const Chart_View before = chart->view;
+    chart->Form_MouseDown(Qt::RightButton, 10, 10);
+    EXPECT_EQ(chart->view.view_left, before.view_left);
+    chart->Form_MouseDown(Qt::LeftButton, 0, 0);
+    const double centre_lon = (chart->view.view_left + chart->view.view_right) / 2;
+    EXPECT_NEAR(centre_lon, before.view_left, 1e-4);
+    chart->Command3->click(); // back on the airport
+    EXPECT_NEAR((chart->view.view_top + chart->view.view_bottom) / 2, t.m().current_airport.lat,
+                1e-9);
+    chart->Timer1_Timer(); // a tick without simulator redraws and keeps the label
+    EXPECT_EQ(chart->Label1->text(), "Altimeter: 0");
+    EXPECT_FALSE(chart->back_buffer.isNull());
+
+    // "Change", "Airport": the chooser again, with the same list after its scan.
+    QAction* change = Menu_Action(chart, "Change", "Airport");
+    ASSERT_NE(change, nullptr);
+    change->trigger();
+    Settle();
+    EXPECT_EQ(t.program->form4, nullptr);
+    ASSERT_NE(t.program->form3, nullptr);
+    EXPECT_FALSE(t.ended);
+    t.program->form3->Read_Sceneries_Paths_Timer();
+    EXPECT_EQ(Combo_Items(t.program->form3->Combo1), list);
+}
+
+TEST(Forms, LiveAircraftAndTheOptionsDialog) {
+    Work_Dir dir("forms-options");
+    Program_Under_Test t;
+    t.simulator = true;
+    First_Start(t);
+    Choose(t.program->form3, "KSEA (SEATTLE-TACOMA INTL)");
+    t.program->form3->Command3->click();
+    Settle();
+    Form4* chart = t.program->form4;
+    ASSERT_NE(chart, nullptr);
+    EXPECT_TRUE(t.m().fsuipc_connected);
+    chart->Timer1_Timer();
+    EXPECT_EQ(chart->Label1->text(), "Altimeter: 29.92");
+    EXPECT_EQ(t.m().aircraft_heading, -90);
+    EXPECT_NEAR(t.m().aircraft_lat, 47.449, 1e-4);
+
+    // The options dialog: every box checked, inches of mercury; a click writes at once.
+    QAction* preferences = Menu_Action(chart, "Options", "Preferences");
+    ASSERT_NE(preferences, nullptr);
+    preferences->trigger();
+    Form5* options = t.program->form5;
+    ASSERT_NE(options, nullptr);
+    EXPECT_TRUE(options->Check1->isChecked() && options->Check6->isChecked());
+    EXPECT_TRUE(options->Option2->isChecked());
+    options->Option1->click();
+    EXPECT_EQ(t.m().altimeter_units, 0);
+    chart->Timer1_Timer();
+    EXPECT_EQ(chart->Label1->text(), "Altimeter: 1013");
+
+    // Gates off: the next redraw draws no parking names.
+    auto gate_names = [&] {
+        Recording_Surface surface;
+        Redraw_Chart(surface, chart->view, t.m());
+        int names = 0;
+        for (const std::string& line : Recorded_Op_Lines(surface)) {
+            names += line.find("GATE") != std::string::npos;
+        }
+        return names;
+    };
+    t.m().follow_aircraft = false;
+    Zoom_To_Level(chart->view, 14);
+    EXPECT_GT(gate_names(), 0);
+    options->Check5->click();
+    EXPECT_FALSE(t.m().show_gates);
+    EXPECT_EQ(gate_names(), 0);
+    options->Command1->click();
+    Settle();
+    EXPECT_EQ(t.program->form5, nullptr);
+    preferences->trigger();
+    EXPECT_FALSE(t.program->form5->Check5->isChecked()); // still cleared while the chart is up
+
+    // The About box from the chart's menu.
+    QAction* about = Menu_Action(chart, "About", "Quilmark v1.1");
+    ASSERT_NE(about, nullptr);
+    about->trigger();
+    ASSERT_NE(t.program->form6, nullptr);
+    EXPECT_EQ(t.program->form6->windowTitle(), "About Quilmark v1.1");
+}
+
+TEST(Forms, ChooserCloseEndsTheProgram) {
+    Work_Dir dir("forms-close");
+    Program_Under_Test t;
+    First_Start(t);
+    t.program->form3->Command2->click();
+    Settle();
+    EXPECT_TRUE(t.ended);
+    EXPECT_EQ(t.m().airports.Slot_Count(), 1u);
+}
