@@ -15,3 +15,9 @@ target_link_libraries(quilmark_ui_tests PRIVATE quilmark_test_support)
 target_compile_definitions(quilmark_ui_tests
                            PRIVATE QUILMARK_SAMPLE_WORLD_DIR="${CMAKE_BINARY_DIR}/sample-world/FS2002")
 add_dependencies(quilmark_ui_tests sample_world)
+
+# PNG, SVG and PDF charts of KSEA at levels 9 and 14, written by quilmark-tool.
+add_test(NAME chart_sample_images
+         COMMAND bash ${CMAKE_SOURCE_DIR}/scripts/chart_samples.sh ${CMAKE_BINARY_DIR}/chart-samples)
+set_tests_properties(chart_sample_images PROPERTIES
+                     ENVIRONMENT "QUILMARK_BUILD=${CMAKE_BINARY_DIR};QT_QPA_PLATFORM=offscreen")

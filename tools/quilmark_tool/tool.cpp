@@ -4,11 +4,15 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <sstream>
 
 #include "airport_json.h"
 #include "airspace/airport_fetch.h"
 #include "bgl/bgl_image.h"
 #include "bgl/sections.h"
+#include "chart/chart_draw.h"
+#include "chart/chart_view.h"
+#include "chart/recording_surface.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
 #include "scenery/magdec.h"
@@ -20,11 +24,18 @@
 
 namespace {
 
+Chart_Image_Writer& Image_Writer() {
+    static Chart_Image_Writer writer;
+    return writer;
+}
+
 const char* const kUsage = "usage: quilmark-tool bgl [--magdec MAGDEC] FILE...\n"
                            "       quilmark-tool init FS_PATH\n"
                            "       quilmark-tool scan\n"
                            "       quilmark-tool db FILE COUNT\n"
-                           "       quilmark-tool fetch \"ENTRY\"\n";
+                           "       quilmark-tool fetch \"ENTRY\"\n"
+                           "       quilmark-tool chart \"ENTRY\" [--zoom N] [--size WxH] "
+                           "[--aircraft LAT,LON,HEADING] [--hide LAYER,...] (--ops | --out FILE)\n";
 
 void Write_Airports(Json_Out& json, const Module1& module) {
     json.Begin_Object();
@@ -291,29 +302,37 @@ void Write_Airspace_Json(Json_Out& json, const Airspace_Rec& a) {
 }
 
 // The scan, then GET AIRPORT for the list entry with the given text (UTF-8 on the command
-// line). Exit status 2 if no entry has that text.
+// line). Exit status 1 without a configuration file, 2 if no entry has that text.
+int Scan_And_Fetch(Module1& module, const std::string& entry_utf8, Recording_Chooser_Form& ui,
+                   std::ostream& err) {
+    auto form = std::make_unique<Form3_Data>();
+    Recording_Chooser_Form scan_ui;
+    if (!Start_Like_The_Program(module, *form, scan_ui, err)) {
+        return 1;
+    }
+    const std::string entry = Utf8_To_Ansi(entry_utf8);
+    bool listed = false;
+    for (const std::string& text : scan_ui.list) {
+        listed = listed || text == entry;
+    }
+    if (!listed) {
+        err << "quilmark-tool: no list entry is \"" << entry_utf8 << "\"\n";
+        return 2;
+    }
+    Get_Airport(module, *form, ui, entry);
+    return 0;
+}
+
 int Command_Fetch(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     if (args.size() != 1) {
         err << kUsage;
         return 2;
     }
     auto module = std::make_unique<Module1>();
-    auto form = std::make_unique<Form3_Data>();
-    Recording_Chooser_Form scan_ui;
-    if (!Start_Like_The_Program(*module, *form, scan_ui, err)) {
-        return 1;
-    }
-    const std::string entry = Utf8_To_Ansi(args[0]);
-    bool listed = false;
-    for (const std::string& text : scan_ui.list) {
-        listed = listed || text == entry;
-    }
-    if (!listed) {
-        err << "quilmark-tool: no list entry is \"" << args[0] << "\"\n";
-        return 2;
-    }
     Recording_Chooser_Form ui;
-    Get_Airport(*module, *form, ui, entry);
+    if (int status = Scan_And_Fetch(*module, args[0], ui, err); status != 0) {
+        return status;
+    }
 
     Json_Out json;
     json.Begin_Object();
@@ -342,14 +361,146 @@ int Command_Fetch(const std::vector<std::string>& args, std::ostream& out, std::
     return 0;
 }
 
+bool Parse_Int(const std::string& text, long long& value) {
+    try {
+        size_t used = 0;
+        value = std::stoll(text, &used);
+        return used == text.size();
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+// The scan and GET AIRPORT as fetch does, the chart's opening, a zoom to the level asked
+// for, and one redraw, recorded (--ops) or written as an image (--out).
+int Command_Chart(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.empty()) {
+        err << kUsage;
+        return 2;
+    }
+    long long zoom = Opening_Zoom_Level, width = 271, height = 228;
+    bool ops = false;
+    std::string out_file;
+    std::vector<std::string> hidden;
+    bool aircraft = false;
+    double aircraft_lat = 0, aircraft_lon = 0;
+    long long aircraft_heading = 0;
+    for (size_t i = 1; i < args.size(); ++i) {
+        const std::string& option = args[i];
+        const bool has_value = i + 1 < args.size();
+        if (option == "--ops") {
+            ops = true;
+        } else if (option == "--out" && has_value) {
+            out_file = args[++i];
+        } else if (option == "--zoom" && has_value) {
+            if (!Parse_Int(args[++i], zoom) || zoom < Min_Zoom_Level || zoom > Max_Zoom_Level) {
+                err << "quilmark-tool: --zoom takes a level from 1 to 20\n";
+                return 2;
+            }
+        } else if (option == "--size" && has_value) {
+            const std::string& size = args[++i];
+            size_t x = size.find('x');
+            if (x == std::string::npos || !Parse_Int(size.substr(0, x), width) ||
+                !Parse_Int(size.substr(x + 1), height) || width < 1 || height < 1 ||
+                width > 20000 || height > 20000) {
+                err << "quilmark-tool: --size takes WIDTHxHEIGHT in pixels\n";
+                return 2;
+            }
+        } else if (option == "--aircraft" && has_value) {
+            std::stringstream parts(args[++i]);
+            std::string lat, lon, heading;
+            std::getline(parts, lat, ',');
+            std::getline(parts, lon, ',');
+            std::getline(parts, heading, ',');
+            try {
+                aircraft_lat = std::stod(lat);
+                aircraft_lon = std::stod(lon);
+            } catch (const std::exception&) {
+                err << "quilmark-tool: --aircraft takes LAT,LON,HEADING\n";
+                return 2;
+            }
+            if (!Parse_Int(heading, aircraft_heading) || aircraft_heading < -32768 ||
+                aircraft_heading > 32767) {
+                err << "quilmark-tool: --aircraft takes a whole heading in degrees\n";
+                return 2;
+            }
+            aircraft = true;
+        } else if (option == "--hide" && has_value) {
+            std::stringstream layers(args[++i]);
+            std::string layer;
+            while (std::getline(layers, layer, ',')) {
+                hidden.push_back(layer);
+            }
+        } else {
+            err << kUsage;
+            return 2;
+        }
+    }
+    if (ops == !out_file.empty()) {
+        err << "quilmark-tool: chart takes one of --ops and --out\n";
+        return 2;
+    }
+    auto module = std::make_unique<Module1>();
+    Recording_Chooser_Form ui;
+    if (int status = Scan_And_Fetch(*module, args[0], ui, err); status != 0) {
+        return status;
+    }
+    Chart_View view;
+    Recording_Surface opening; // the first redraw of the opening, at level 1
+    Open_Chart_View(view, *module, static_cast<int32_t>(width), static_cast<int32_t>(height),
+                    [&] { Redraw_Chart(opening, view, *module); });
+    Zoom_To_Level(view, static_cast<int>(zoom));
+    const std::map<std::string, bool*> layers = {{"airspace", &module->show_airspace},
+                                                 {"gates", &module->show_gates},
+                                                 {"taxiways", &module->show_taxiways},
+                                                 {"taxiway_ids", &module->show_taxiway_ids},
+                                                 {"ils", &module->show_ils}};
+    for (const std::string& layer : hidden) {
+        auto it = layers.find(layer);
+        if (it == layers.end()) {
+            err << "quilmark-tool: --hide knows airspace, gates, taxiways, taxiway_ids, ils\n";
+            return 2;
+        }
+        *it->second = false;
+    }
+    if (aircraft) {
+        module->fsuipc_connected = true;
+        module->aircraft_lat = aircraft_lat;
+        module->aircraft_lon = aircraft_lon;
+        module->aircraft_heading = static_cast<int16_t>(aircraft_heading);
+    }
+    if (ops) {
+        Recording_Surface surface;
+        Redraw_Chart(surface, view, *module);
+        Write_Recorded_Ops(surface, out);
+        return 0;
+    }
+    if (!Image_Writer()) {
+        err << "quilmark-tool: this build cannot write images\n";
+        return 1;
+    }
+    std::string problem =
+        Image_Writer()(out_file, view.chart_px_width, view.chart_px_height,
+                       [&](Surface& surface) { Redraw_Chart(surface, view, *module); });
+    if (!problem.empty()) {
+        err << "quilmark-tool: " << problem << "\n";
+        return 1;
+    }
+    return 0;
+}
+
 } // namespace
+
+void Set_Chart_Image_Writer(Chart_Image_Writer writer) {
+    Image_Writer() = std::move(writer);
+}
 
 int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
     using Command =
         std::function<int(const std::vector<std::string>&, std::ostream&, std::ostream&)>;
     static const std::map<std::string, Command> commands = {
         {"bgl", Command_Bgl}, {"init", Command_Init},   {"scan", Command_Scan},
-        {"db", Command_Db},   {"fetch", Command_Fetch},
+        {"db", Command_Db},   {"fetch", Command_Fetch}, {"chart", Command_Chart},
     };
     if (args.empty() || commands.find(args[0]) == commands.end()) {
         err << kUsage;

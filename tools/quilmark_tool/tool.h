@@ -5,5 +5,18 @@
 #include <string>
 #include <vector>
 
+#include <cstdint>
+#include <functional>
+
+class Surface;
+
+// Writes a chart image (PNG, SVG or PDF by the path's extension) of width by height pixels,
+// drawn by paint; returns "" or a message. The tool's main plugs in the Qt side's writer;
+// without one, chart --out reports that images cannot be written.
+using Chart_Image_Writer =
+    std::function<std::string(const std::string& path, int32_t width, int32_t height,
+                              const std::function<void(Surface&)>& paint)>;
+void Set_Chart_Image_Writer(Chart_Image_Writer writer);
+
 // Runs the tool with its arguments (without the program name). Returns the exit status.
 int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
