@@ -167,16 +167,6 @@ TEST(DrawParkings, DiscOfOnePercentOfTheWidthWithHalvesToEven) {
     }
 }
 
-TEST(DrawParkings, EmptyNameGivesThePrefixAlone) {
-    Module1 m;
-    Airport_Rec& a = m.current_airport;
-    Set_Exact(a.parkings, a.parking_count, {Parking_Rec{"", 0, 0, 80}});
-    Recording_Surface s;
-    Draw_Parkings(s, Small_View(), m);
-    ASSERT_EQ(s.ops.size(), 6u);
-    EXPECT_EQ(s.ops[5].text, "Position: ");
-}
-
 TEST(DrawILS, FeatherOpensTenDegreesAboutTheTrueReciprocal) {
     struct Case {
         int16_t mag_heading;

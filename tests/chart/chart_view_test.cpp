@@ -40,11 +40,6 @@ TEST(GeoToPixel, MapsLinearlyAndRoundsHalvesToEven) {
     }
 }
 
-TEST(GeoToPixel, StretchesWithoutKeepingAspect) {
-    Chart_View v = Unit_View(100, 10);
-    EXPECT_EQ(Geo_To_Pixel(v, 2, 2), (Pixel_Rec{50, 5}));
-}
-
 TEST(PercentToPixels, RoundsThePercentThenTheResult) {
     struct Case {
         float percent;
@@ -154,19 +149,6 @@ TEST(ZoomToLevel, ReachesTheExtentOfEachLevel) {
     }
 }
 
-TEST(CenterAirport, KeepsTheSizeAndRedrawsOnce) {
-    Chart_View v = Unit_View(100, 100);
-    v.zoom_level = 5;
-    int redraws = 0;
-    Center_Airport(v, -122.3, 47.45, [&] { ++redraws; });
-    EXPECT_EQ(redraws, 1);
-    EXPECT_DOUBLE_EQ(v.view_left, -124.3);
-    EXPECT_DOUBLE_EQ(v.view_right, -120.3);
-    EXPECT_DOUBLE_EQ(v.view_top, 49.45);
-    EXPECT_DOUBLE_EQ(v.view_bottom, 45.45);
-    EXPECT_EQ(v.zoom_level, 5);
-}
-
 TEST(ChartTickRedraw, FollowsTheAircraftOnlyWithTheLinkOpenAndFollowOn) {
     struct Case {
         bool follow, connected, moves;
@@ -183,6 +165,9 @@ TEST(ChartTickRedraw, FollowsTheAircraftOnlyWithTheLinkOpenAndFollowOn) {
         int redraws = 0;
         Chart_Tick_Redraw(v, m, [&] { ++redraws; });
         EXPECT_EQ(redraws, 1);
-        EXPECT_EQ(v.view_left == 18, c.moves) << c.follow << c.connected;
+        // Centred on the aircraft with the size kept, or left alone.
+        EXPECT_EQ(v.view_left == 18 && v.view_right == 22 && v.view_top == 12 && v.view_bottom == 8,
+                  c.moves)
+            << c.follow << c.connected;
     }
 }

@@ -49,16 +49,6 @@ std::array<int, 4> Quadrant_Counts(const QImage& image, int cx, int cy) {
 
 } // namespace
 
-TEST(QtSurface, ClsPaintsTheWholeChartWhite) {
-    Canvas c;
-    const QImage& image = c.Done();
-    for (int y = 0; y < Size; y += 7) {
-        for (int x = 0; x < Size; x += 7) {
-            ASSERT_EQ(image.pixel(x, y), White) << x << ", " << y;
-        }
-    }
-}
-
 TEST(QtSurface, ArcRunsCounterClockwiseFromTheStartRadialToTheEndRadial) {
     // Box 10..110 about (60, 60); radials through points well outside the circle.
     struct Case {
@@ -145,6 +135,7 @@ TEST(QtSurface, EllipseBoxMayComeUpsideDownAndFillsByFillStyle) {
     }
 }
 
+// Also shows that Cls left the whole chart white.
 TEST(QtSurface, EmptyBoxDrawsNothing) {
     Canvas c;
     c.surface.Set_FillStyle(Fill_Style_Solid);
