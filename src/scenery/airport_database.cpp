@@ -1,5 +1,7 @@
 #include "scenery/airport_database.h"
 
+#include "platform/native_paths.h"
+
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -266,32 +268,11 @@ std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airpo
     return std::move(e.bytes);
 }
 
-bool Write_File_Atomically(const std::string& native_path, const std::vector<uint8_t>& bytes) {
-    const std::string temporary = native_path + ".tmp";
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out) {
-            return false;
-        }
-        out.write(reinterpret_cast<const char*>(bytes.data()),
-                  static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        if (!out) {
-            out.close();
-            std::remove(temporary.c_str());
-            return false;
-        }
-    }
-    if (std::rename(temporary.c_str(), native_path.c_str()) != 0) {
-        std::remove(temporary.c_str());
-        return false;
-    }
-    return true;
-}
-
 bool Write_Airport_Database(const std::string& native_path,
                             const Dyn_Array<Airport_Rec>& airports) {
-    return Write_File_Atomically(native_path, Encode_Airport_Database(airports));
+    const std::vector<uint8_t> bytes = Encode_Airport_Database(airports);
+    return Write_File_Replacing(
+        native_path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
 Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,

@@ -33,6 +33,3 @@ Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
                                              Dyn_Array<Airport_Rec>& airports);
 Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
                                            Dyn_Array<Airport_Rec>& airports);
-
-// Writes bytes to a native path through a temporary file renamed over it.
-bool Write_File_Atomically(const std::string& native_path, const std::vector<uint8_t>& bytes);

@@ -1,6 +1,7 @@
 #include "tool.h"
 
 #include <climits>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -103,7 +104,16 @@ int Command_Init(const std::vector<std::string>& args, std::ostream&, std::ostre
         return 2;
     }
     auto module = std::make_unique<Module1>();
-    if (Write_First_Config(*module, true, Utf8_To_Ansi(args[0])) != Config_Status::ok) {
+    // The folder as an absolute path, as the wizard's folder list gives it.
+    std::error_code error;
+    std::string folder = std::filesystem::absolute(args[0], error).lexically_normal().string();
+    if (error) {
+        folder = args[0];
+    }
+    if (folder.size() > 1 && folder.back() == '/') {
+        folder.pop_back();
+    }
+    if (Write_First_Config(*module, true, Utf8_To_Ansi(folder)) != Config_Status::ok) {
         err << "quilmark-tool: cannot write " << Config_File_Name << "\n";
         return 1;
     }
