@@ -6,40 +6,23 @@
 #include <fstream>
 #include <stdexcept>
 
-void Byte_Writer::U8(uint8_t v) {
-    bytes.push_back(v);
-}
-
 void Byte_Writer::I16(int16_t v) {
     auto u = static_cast<uint16_t>(v);
-    bytes.push_back(static_cast<uint8_t>(u & 0xFF));
-    bytes.push_back(static_cast<uint8_t>(u >> 8));
+    bytes.insert(bytes.end(), {static_cast<uint8_t>(u & 0xFF), static_cast<uint8_t>(u >> 8)});
 }
 
 void Byte_Writer::I32(int32_t v) {
-    auto u = static_cast<uint32_t>(v);
-    for (int i = 0; i < 4; ++i) {
-        bytes.push_back(static_cast<uint8_t>((u >> (8 * i)) & 0xFF));
-    }
+    bytes.resize(bytes.size() + 4);
+    Patch_I32(bytes.size() - 4, v);
 }
 
 void Byte_Writer::F32(float v) {
     I32(Float_Bits(v));
 }
 
-void Byte_Writer::F64(double v) {
-    uint64_t u;
-    std::memcpy(&u, &v, 8);
-    for (int i = 0; i < 8; ++i) {
-        bytes.push_back(static_cast<uint8_t>((u >> (8 * i)) & 0xFF));
-    }
-}
-
 void Byte_Writer::Text(std::string_view text, size_t padded_length) {
     bytes.insert(bytes.end(), text.begin(), text.end());
-    if (padded_length > text.size()) {
-        Zeros(padded_length - text.size());
-    }
+    Zeros(padded_length > text.size() ? padded_length - text.size() : 0);
 }
 
 void Byte_Writer::Zeros(size_t n) {
@@ -56,6 +39,20 @@ void Byte_Writer::Patch_I32(size_t at, int32_t v) {
         bytes.at(at + i) = static_cast<uint8_t>((u >> (8 * i)) & 0xFF);
     }
 }
+
+namespace {
+
+// Little-endian words, then the text padded as Byte_Writer::Text pads it.
+Bytes Words(std::initializer_list<int32_t> words, std::string_view text = {}, size_t padded = 0) {
+    Byte_Writer w;
+    for (int32_t v : words) {
+        w.I32(v);
+    }
+    w.Text(text, padded);
+    return w.bytes;
+}
+
+} // namespace
 
 int32_t Encode_Latitude(double degrees) {
     return static_cast<int32_t>(std::llround(degrees * 10001750.0 / 90.0));
@@ -106,69 +103,31 @@ Bytes Concat_Bytes(std::initializer_list<Bytes> parts) {
 }
 
 Bytes Record(int32_t type, const Bytes& payload) {
-    Byte_Writer w;
-    w.I32(type);
-    w.I32(static_cast<int32_t>(payload.size()));
-    w.Append(payload);
-    return w.bytes;
+    return Concat_Bytes({Words({type, static_cast<int32_t>(payload.size())}), payload});
 }
 
+// The zero words are fields the decoders don't read.
 Bytes Reference_Point_Record(int32_t lat_raw, int32_t lon_raw) {
-    Byte_Writer w;
-    w.I32(0); // offset 8, not read
-    w.I32(lat_raw);
-    w.I32(0); // offset 16, not read
-    w.I32(lon_raw);
-    w.I32(0); // altitude, not read
-    return Record(0x10001, w.bytes);
+    return Record(0x10001, Words({0, lat_raw, 0, lon_raw, 0}));
 }
 
 Bytes Name_Record(std::string_view name, size_t padded_length) {
-    Byte_Writer w;
-    w.Text(name, padded_length);
-    return Record(0x10006, w.bytes);
+    return Record(0x10006, Words({}, name, padded_length));
 }
 
 Bytes Comm_Record(int32_t frequency_word, int32_t kind) {
-    Byte_Writer w;
-    w.I32(frequency_word);
-    w.I32(kind);
-    return Record(0x20001, w.bytes);
+    return Record(0x20001, Words({frequency_word, kind}));
 }
 
 Bytes Runway_Record(const Runway_Fields& f) {
-    Byte_Writer w;
-    w.I32(0); // 8
-    w.I32(f.lat_raw);
-    w.I32(0); // 16
-    w.I32(f.lon_raw);
-    w.I32(0); // 24
-    w.I32(f.elevation_m);
-    w.I32(f.heading_raw);
-    w.I32(0); // 36
-    w.I32(f.length_ft);
-    w.I32(f.width_ft);
-    w.I32(f.designator_code);
-    w.I32(f.number);
-    return Record(0x10002, w.bytes);
+    return Record(0x10002, Words({0, f.lat_raw, 0, f.lon_raw, 0, f.elevation_m, f.heading_raw, 0,
+                                  f.length_ft, f.width_ft, f.designator_code, f.number}));
 }
 
 Bytes Navaid_Record(const Navaid_Fields& f) {
-    Byte_Writer w;
-    w.I32(0); // 8
-    w.I32(f.lat_raw);
-    w.I32(0); // 16
-    w.I32(f.lon_raw);
-    w.I32(0); // 24
-    w.I32(0); // 28
-    w.I32(f.heading_raw);
-    w.I32(f.frequency_word);
-    w.I32(f.kind);
-    w.I32(0); // 44
-    w.I32(0); // 48
-    w.I32(0); // 52
-    w.Text(f.name, f.name_padded_length);
-    return Record(0x10004, w.bytes);
+    return Record(0x10004, Words({0, f.lat_raw, 0, f.lon_raw, 0, 0, f.heading_raw, f.frequency_word,
+                                  f.kind, 0, 0, 0},
+                                 f.name, f.name_padded_length));
 }
 
 int32_t Parking_Code_Word(int32_t type, int32_t number, int32_t name_code) {
@@ -177,19 +136,14 @@ int32_t Parking_Code_Word(int32_t type, int32_t number, int32_t name_code) {
 }
 
 Bytes List_Header(int32_t count, int32_t element_size) {
-    Byte_Writer w;
-    w.I32(count);
-    w.I32(element_size);
-    return w.bytes;
+    return Words({count, element_size});
 }
 
 Bytes Point_List(const std::vector<Taxi_Point_Element>& points) {
     Byte_Writer w;
     w.Append(List_Header(static_cast<int32_t>(points.size()), 12));
     for (const auto& p : points) {
-        w.I32(p.kind);
-        w.F32(p.x);
-        w.F32(p.y);
+        w.Append(Words({p.kind, Float_Bits(p.x), Float_Bits(p.y)}));
     }
     return w.bytes;
 }
@@ -198,11 +152,7 @@ Bytes Parking_List(const std::vector<Parking_Element>& spots) {
     Byte_Writer w;
     w.Append(List_Header(static_cast<int32_t>(spots.size()), 20));
     for (const auto& s : spots) {
-        w.F32(s.x);
-        w.F32(s.y);
-        w.F32(s.radius_m);
-        w.I32(0);
-        w.I32(s.code_word);
+        w.Append(Words({Float_Bits(s.x), Float_Bits(s.y), Float_Bits(s.radius_m), 0, s.code_word}));
     }
     return w.bytes;
 }
@@ -211,12 +161,7 @@ Bytes Path_List(const std::vector<Taxi_Path_Element>& paths) {
     Byte_Writer w;
     w.Append(List_Header(static_cast<int32_t>(paths.size()), 32));
     for (const auto& p : paths) {
-        w.I32(p.kind);
-        w.Zeros(8);
-        w.I32(p.start);
-        w.I32(p.end);
-        w.Zeros(8);
-        w.I32(p.name_index);
+        w.Append(Words({p.kind, 0, 0, p.start, p.end, 0, 0, p.name_index}));
     }
     return w.bytes;
 }
@@ -264,21 +209,7 @@ size_t Section_Size(const Bgl_File_Spec& spec) {
     return size;
 }
 
-size_t Blocks_Size(const Bgl_File_Spec& spec) {
-    size_t size = 0;
-    for (const auto& g : spec.groups) {
-        for (const auto& e : g.entries) {
-            size += 16 + e.stream.size() + 8;
-        }
-    }
-    return size;
-}
-
 } // namespace
-
-int32_t Boundary_Section_Position(const Bgl_File_Spec& spec) {
-    return static_cast<int32_t>(kHeaderSize + Section_Size(spec) + Blocks_Size(spec));
-}
 
 Bytes Build_Bgl(const Bgl_File_Spec& spec) {
     Byte_Writer w;
@@ -288,39 +219,29 @@ Bytes Build_Bgl(const Bgl_File_Spec& spec) {
 
     const size_t section = kHeaderSize;
     size_t block = section + Section_Size(spec);
-    std::vector<size_t> entry_block_fields;
     if (!spec.groups.empty()) {
         for (const auto& g : spec.groups) {
             size_t entries = 0;
             for (const auto& e : g.entries) {
                 entries += Entry_Size(e);
             }
-            w.I32(0x30001);
-            w.I32(static_cast<int32_t>(16 + entries + g.gap_after_entries));
-            w.Zeros(12);
-            w.I32(g.last_index.value_or(static_cast<int32_t>(g.entries.size()) - 1));
+            w.Append(Words({0x30001, static_cast<int32_t>(16 + entries + g.gap_after_entries), 0, 0,
+                            0, g.last_index.value_or(static_cast<int32_t>(g.entries.size()) - 1)}));
             for (const auto& e : g.entries) {
                 size_t pad = std::max(e.ident.size(), e.ident_padded_length);
-                w.I32(e.entry_type);
-                w.I32(static_cast<int32_t>(8 + pad));
-                w.I32(e.entry_kind);
-                w.I32(e.block_position.value_or(static_cast<int32_t>(block)));
-                w.Text(e.ident, pad);
+                w.Append(Words({e.entry_type, static_cast<int32_t>(8 + pad), e.entry_kind,
+                                e.block_position.value_or(static_cast<int32_t>(block))},
+                               e.ident, pad));
                 block += 16 + e.stream.size() + 8;
             }
             w.Zeros(g.gap_after_entries);
         }
-        w.I32(kEndOfSection);
-        w.I32(0);
+        w.Append(Words({kEndOfSection, 0}));
         for (const auto& g : spec.groups) {
             for (const auto& e : g.entries) {
-                w.I32(e.block_word_0);
-                w.I32(0);
-                w.I32(e.block_word_8);
-                w.I32(0);
+                w.Append(Words({e.block_word_0, 0, e.block_word_8, 0}));
                 w.Append(e.stream);
-                w.I32(0); // a record of type 0 ends the stream
-                w.I32(0);
+                w.Append(Words({0, 0})); // a record of type 0 ends the stream
             }
         }
     }
@@ -339,8 +260,7 @@ Bytes Build_Magdec(const std::vector<int16_t>& values, int32_t grid_position) {
     Byte_Writer w;
     w.Zeros(static_cast<size_t>(grid_position));
     w.Patch_I32(110, grid_position);
-    w.I32(0x5a5a); // record head, passed over
-    w.I32(static_cast<int32_t>(values.size() * 2));
+    w.Append(Words({0x5a5a, static_cast<int32_t>(values.size() * 2)})); // record head, passed over
     for (int16_t v : values) {
         w.I16(v);
     }
@@ -369,66 +289,33 @@ int32_t Read_Int32_Le(const Bytes& bytes, size_t at) {
 }
 
 Bytes Boundary_Group(int32_t group_kind, const Bytes& children) {
-    Byte_Writer w;
-    w.I32(1);
-    w.I32(static_cast<int32_t>(8 + children.size()));
-    w.I32(group_kind);
-    w.I32(0);
-    w.Append(children);
-    return w.bytes;
+    return Concat_Bytes(
+        {Words({1, static_cast<int32_t>(8 + children.size()), group_kind, 0}), children});
 }
 
 Bytes Boundary_Box_Record(int32_t south, int32_t west, int32_t north, int32_t east) {
-    Byte_Writer w;
-    w.I32(south);
-    w.I32(west);
-    w.I32(north);
-    w.I32(east);
-    return Record(0x1000B, w.bytes);
+    return Record(0x1000B, Words({south, west, north, east}));
 }
 
 Bytes Boundary_Name_Record(std::string_view name, size_t padded_length) {
-    Byte_Writer w;
-    w.Text(name, padded_length);
-    return Record(0x10006, w.bytes);
+    return Name_Record(name, padded_length);
 }
 
 Bytes Boundary_Point_Record(int32_t type, int32_t lat_raw, int32_t lon_raw) {
-    Byte_Writer w;
-    w.I32(0);
-    w.I32(lat_raw);
-    w.I32(0);
-    w.I32(lon_raw);
-    return Record(type, w.bytes);
+    return Record(type, Words({0, lat_raw, 0, lon_raw}));
 }
 
 Bytes Boundary_Start_Record(int32_t lat_raw, int32_t lon_raw, int32_t floor, int32_t ceiling) {
-    Byte_Writer w;
-    w.I32(0);
-    w.I32(lat_raw);
-    w.I32(0);
-    w.I32(lon_raw);
-    w.I32(floor);
-    w.I32(ceiling);
-    return Record(0x12002, w.bytes);
+    return Record(0x12002, Words({0, lat_raw, 0, lon_raw, floor, ceiling}));
 }
 
 Bytes Boundary_Circle_Record(int32_t radius, int32_t floor, int32_t ceiling) {
-    Byte_Writer w;
-    w.I32(radius);
-    w.I32(0);
-    w.I32(floor);
-    w.I32(ceiling);
-    return Record(0x12008, w.bytes);
+    return Record(0x12008, Words({radius, 0, floor, ceiling}));
 }
 
 Bytes Boundary_Com_Record(int32_t frequency_word, std::string_view facility_name,
                           size_t padded_length) {
-    Byte_Writer w;
-    w.I32(frequency_word);
-    w.I32(0);
-    w.Text(facility_name, padded_length);
-    return Record(0x20001, w.bytes);
+    return Record(0x20001, Words({frequency_word, 0}, facility_name, padded_length));
 }
 
 Bytes Boundary_Section(const std::vector<std::vector<Bytes>>& lists) {
@@ -438,11 +325,9 @@ Bytes Boundary_Section(const std::vector<std::vector<Bytes>>& lists) {
         for (const Bytes& boundary : boundaries) {
             children.Append(Boundary_Group(5, boundary));
         }
-        children.I32(0); // ends the chain of boundaries
-        children.I32(0);
+        children.Append(Words({0, 0})); // ends the chain of boundaries
         w.Append(Boundary_Group(4, children.bytes));
     }
-    w.I32(0);
-    w.I32(0);
+    w.Append(Words({0, 0}));
     return w.bytes;
 }

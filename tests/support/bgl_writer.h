@@ -14,11 +14,9 @@ using Bytes = std::vector<uint8_t>;
 struct Byte_Writer {
     Bytes bytes;
     size_t Size() const { return bytes.size(); }
-    void U8(uint8_t v);
     void I16(int16_t v);
     void I32(int32_t v);
     void F32(float v);
-    void F64(double v);
     // The text's bytes, then 0 bytes up to padded_length (no padding if it is shorter).
     void Text(std::string_view text, size_t padded_length = 0);
     void Zeros(size_t n);
@@ -128,9 +126,6 @@ struct Bgl_File_Spec {
 // section's groups ended by a record of another type, the data blocks, then the boundary
 // section.
 Bytes Build_Bgl(const Bgl_File_Spec& spec);
-// Position the boundary section will have in the file Build_Bgl makes of spec (its records
-// hold absolute positions, so they need it before the file exists).
-int32_t Boundary_Section_Position(const Bgl_File_Spec& spec);
 
 // magdec.bgl: the grid position at 110, an 8-byte record head, then 360 * 181 values, the
 // latitudes of one meridian south to north, meridians eastward from Greenwich.

@@ -1,10 +1,13 @@
 #include "support/json_value.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
+#include <string_view>
 
 namespace {
 
+// Reads what quilmark-tool writes: no booleans, and \u escapes only for control bytes.
 struct Parser {
     const std::string& s;
     size_t i = 0;
@@ -12,11 +15,7 @@ struct Parser {
     [[noreturn]] void Fail(const char* what) const {
         throw std::runtime_error(std::string("JSON: ") + what + " at " + std::to_string(i));
     }
-    void Skip() {
-        while (i < s.size() && (s[i] == ' ' || s[i] == '\n' || s[i] == '\r' || s[i] == '\t')) {
-            ++i;
-        }
-    }
+    void Skip() { i = std::min(s.size(), s.find_first_not_of(" \n\r\t", i)); }
     bool Eat(char c) {
         Skip();
         if (i < s.size() && s[i] == c) {
@@ -33,43 +32,15 @@ struct Parser {
     std::string String() {
         Expect('"');
         std::string out;
-        while (i < s.size() && s[i] != '"') {
-            if (s[i] == '\\') {
-                ++i;
-                if (i >= s.size()) {
-                    Fail("cut escape");
-                }
-                char e = s[i++];
-                switch (e) {
-                case 'n':
-                    out += '\n';
-                    break;
-                case 't':
-                    out += '\t';
-                    break;
-                case 'r':
-                    out += '\r';
-                    break;
-                case 'u': {
-                    unsigned cp = static_cast<unsigned>(std::stoul(s.substr(i, 4), nullptr, 16));
-                    i += 4;
-                    if (cp < 0x80) {
-                        out += static_cast<char>(cp);
-                    } else if (cp < 0x800) {
-                        out += static_cast<char>(0xC0 | (cp >> 6));
-                        out += static_cast<char>(0x80 | (cp & 0x3F));
-                    } else {
-                        out += static_cast<char>(0xE0 | (cp >> 12));
-                        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-                        out += static_cast<char>(0x80 | (cp & 0x3F));
-                    }
-                    break;
-                }
-                default:
-                    out += e;
-                }
-            } else {
-                out += s[i++];
+        for (; i < s.size() && s[i] != '"'; ++i) {
+            if (s[i] != '\\') {
+                out += s[i];
+            } else if (++i < s.size() && s[i] == 'u') {
+                out += static_cast<char>(std::stoul(s.substr(i + 1, 4), nullptr, 16));
+                i += 4;
+            } else if (i < s.size()) {
+                size_t k = std::string_view("nrt").find(s[i]);
+                out += k == std::string_view::npos ? s[i] : "\n\r\t"[k];
             }
         }
         if (i >= s.size()) {
@@ -79,26 +50,18 @@ struct Parser {
         return out;
     }
     Json_Value Value() {
-        Skip();
         Json_Value v;
-        if (i >= s.size()) {
-            Fail("end of input");
-        }
-        char c = s[i];
-        if (c == '{') {
-            ++i;
+        if (Eat('{')) {
             v.kind = Json_Value::Kind::Object;
             if (!Eat('}')) {
                 do {
-                    Skip();
                     std::string key = String();
                     Expect(':');
                     v.members[key] = Value();
                 } while (Eat(','));
                 Expect('}');
             }
-        } else if (c == '[') {
-            ++i;
+        } else if (Eat('[')) {
             v.kind = Json_Value::Kind::Array;
             if (!Eat(']')) {
                 do {
@@ -106,30 +69,21 @@ struct Parser {
                 } while (Eat(','));
                 Expect(']');
             }
-        } else if (c == '"') {
+        } else if (i < s.size() && s[i] == '"') {
             v.kind = Json_Value::Kind::String;
             v.text = String();
         } else if (s.compare(i, 4, "null") == 0) {
             i += 4;
-        } else if (s.compare(i, 4, "true") == 0) {
-            i += 4;
-            v.kind = Json_Value::Kind::Bool;
-            v.boolean = true;
-        } else if (s.compare(i, 5, "false") == 0) {
-            i += 5;
-            v.kind = Json_Value::Kind::Bool;
         } else {
-            size_t start = i;
-            while (i < s.size() && (std::isdigit(static_cast<unsigned char>(s[i])) || s[i] == '-' ||
-                                    s[i] == '+' || s[i] == '.' || s[i] == 'e' || s[i] == 'E')) {
-                ++i;
-            }
-            if (start == i) {
+            size_t end = s.find_first_not_of("0123456789+-.eE", i);
+            end = end == std::string::npos ? s.size() : end;
+            if (end == i) {
                 Fail("unexpected character");
             }
             v.kind = Json_Value::Kind::Number;
-            v.text = s.substr(start, i - start);
+            v.text = s.substr(i, end - i);
             v.number = std::strtod(v.text.c_str(), nullptr);
+            i = end;
         }
         return v;
     }

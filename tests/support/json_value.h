@@ -7,8 +7,7 @@
 #include <vector>
 
 struct Json_Value {
-    enum class Kind { Null, Bool, Number, String, Array, Object } kind = Kind::Null;
-    bool boolean = false;
+    enum class Kind { Null, Number, String, Array, Object } kind = Kind::Null;
     double number = 0;
     std::string text; // the number's own text for numbers, the (UTF-8) string for strings
     std::vector<Json_Value> items;
