@@ -19,19 +19,8 @@ template <class T> void Append(Dyn_Array<T>& list, int32_t& count, T item) {
 // The taxiway lists hold exactly their count.
 template <class T> void Set_Exact(Dyn_Array<T>& list, int32_t& count, std::vector<T> items) {
     list.Allocate(items.size());
-    for (size_t i = 0; i < items.size(); ++i) {
-        list[i] = items[i];
-    }
-    count = static_cast<int32_t>(items.size());
-}
-
-inline Boundary_Point_Rec Boundary(uint8_t kind, double lat, double lon, int32_t radius = 0) {
-    Boundary_Point_Rec p;
-    p.kind = kind;
-    p.lat = lat;
-    p.lon = lon;
-    p.radius = radius;
-    return p;
+    list.items = std::move(items);
+    count = static_cast<int32_t>(list.items.size());
 }
 
 inline Airspace_Rec Make_Airspace(const std::string& class_text,
@@ -96,28 +85,16 @@ inline Pen_State_Rec Pen_State_At(const Recording_Surface& s, size_t index) {
     return state;
 }
 
-inline bool Is_Drawing(Surface_Op op) {
-    return op == Surface_Op::LineTo || op == Surface_Op::Ellipse || op == Surface_Op::Arc;
-}
-
 // Which layer drew a line, ellipse or arc, told by the pen and brush it was drawn with.
 inline std::string Layer_Of(const Pen_State_Rec& state) {
-    if (state.fore_color == Chart_Dark_Blue || state.fore_color == Chart_Magenta) {
-        return "airspace";
-    }
-    if (state.fore_color == Chart_Brown_Red) {
-        return "parkings";
-    }
-    if (state.fore_color == Chart_Light_Grey) {
-        return "taxiways";
-    }
-    if (state.fore_color == Chart_Yellow) {
-        return "ils";
-    }
-    if (state.fore_color == Chart_Green) {
-        return state.fill_style == Fill_Style_Solid ? "aircraft" : "runways";
-    }
-    return "?";
+    const Rgb_Rec c = state.fore_color;
+    return c == Chart_Dark_Blue || c == Chart_Magenta ? "airspace"
+           : c == Chart_Brown_Red                     ? "parkings"
+           : c == Chart_Light_Grey                    ? "taxiways"
+           : c == Chart_Yellow                        ? "ils"
+           : c != Chart_Green                         ? "?"
+           : state.fill_style == Fill_Style_Solid     ? "aircraft"
+                                                      : "runways";
 }
 
 // The layers in the order they drew, each named once per run, with the index of the
@@ -130,7 +107,8 @@ struct Layer_Run_Rec {
 inline std::vector<Layer_Run_Rec> Layer_Runs(const Recording_Surface& s) {
     std::vector<Layer_Run_Rec> runs;
     for (size_t i = 0; i < s.ops.size(); ++i) {
-        if (!Is_Drawing(s.ops[i].op)) {
+        Surface_Op op = s.ops[i].op;
+        if (op != Surface_Op::LineTo && op != Surface_Op::Ellipse && op != Surface_Op::Arc) {
             continue;
         }
         std::string layer = Layer_Of(Pen_State_At(s, i));
@@ -141,12 +119,22 @@ inline std::vector<Layer_Run_Rec> Layer_Runs(const Recording_Surface& s) {
     return runs;
 }
 
-inline std::vector<std::string> Layer_Names(const Recording_Surface& s) {
-    std::vector<std::string> names;
+// The layers' names in drawing order, separated by blanks.
+inline std::string Layer_Text(const Recording_Surface& s) {
+    std::string text;
     for (const Layer_Run_Rec& run : Layer_Runs(s)) {
-        names.push_back(run.layer);
+        text += (text.empty() ? "" : " ") + run.layer;
     }
-    return names;
+    return text;
+}
+
+// The recorded calls on one line, separated by "; ".
+inline std::string Ops(const Recording_Surface& s) {
+    std::string text;
+    for (const std::string& line : Recorded_Op_Lines(s)) {
+        text += (text.empty() ? "" : "; ") + line;
+    }
+    return text;
 }
 
 // Formatted lines for the pixel arguments of a call, to compare whole call lists.

@@ -118,23 +118,9 @@ struct Probe_Rec {
     bool half_close; // shut our sending side after the bytes
 };
 
-std::vector<uint8_t> Frame(uint32_t magic, uint32_t command, uint32_t length,
-                           const std::vector<uint8_t>& payload) {
-    return Form_Bridge_Request(command, payload, length, magic);
-}
-
-// Window, timeout and a list of one read record of size bytes, closed.
-std::vector<uint8_t> Send_Payload(uint32_t record_size, uint32_t data_bytes) {
-    std::vector<uint8_t> p(bridge_send_prefix + link_read_header + data_bytes + 4, 0);
-    Put_U32(p.data(), 1);
-    Put_U32(p.data() + 4, 2000);
-    Put_U32(p.data() + 8, link_read_id);
-    Put_U32(p.data() + 12, 0x0564);
-    Put_U32(p.data() + 16, record_size);
-    return p;
-}
-
-int Connect(uint16_t port) {
+// Sends bytes and reads until the bridge closes. Returns how many answer bytes came, -1
+// when the bridge neither answered nor closed within the wait, -2 when it can't be reached.
+long Send_And_Collect(uint16_t port, const Probe_Rec& probe) {
     int fd = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -144,16 +130,6 @@ int Connect(uint16_t port) {
     setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &tv, sizeof tv);
     if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
         close(fd);
-        return -1;
-    }
-    return fd;
-}
-
-// Sends bytes and reads until the bridge closes. Returns how many answer bytes came, or -1
-// when the bridge neither answered nor closed within the wait.
-long Send_And_Collect(uint16_t port, const Probe_Rec& probe) {
-    int fd = Connect(port);
-    if (fd < 0) {
         return -2;
     }
     send(fd, probe.bytes.data(), probe.bytes.size(), MSG_NOSIGNAL);
@@ -177,32 +153,23 @@ long Send_And_Collect(uint16_t port, const Probe_Rec& probe) {
     }
 }
 
+// The frame checks themselves are tested natively (bridge_test.cpp); these are the cases
+// where the bridge's sockets under Wine matter: lengths it must not wait for, and peers
+// that stop sending.
 int Check_Malformed(uint16_t port) {
-    std::vector<uint8_t> sound_list = Send_Payload(4, 4);
-    uint32_t sound_length = static_cast<uint32_t>(sound_list.size());
-    std::vector<uint8_t> over(64, 0);
+    // Window, timeout, one read of 4 bytes, the closing word, then 4 bytes too many.
+    std::vector<uint8_t> padded(bridge_send_prefix + link_read_header + 4 + 4 + 4, 0);
+    Put_U32(padded.data() + 8, link_read_id);
+    Put_U32(padded.data() + 16, 4);
+    auto frame = [](size_t length, const std::vector<uint8_t>& payload) {
+        return Form_Bridge_Request(bridge_send_list, payload, static_cast<uint32_t>(length));
+    };
     std::vector<uint8_t> half(50, 0);
-    std::vector<uint8_t> padded = sound_list;
-    padded.insert(padded.end(), 4, 0);
-
     std::vector<Probe_Rec> probes = {
-        {"wrong magic", Frame(0x31424D52, bridge_send_list, sound_length, sound_list), false},
-        {"unknown command", Frame(bridge_magic, 9, sound_length, sound_list), false},
-        {"length over the 32 KiB block",
-         Frame(bridge_magic, bridge_send_list, bridge_max_frame + 1, over), true},
-        {"length far over the block", Frame(bridge_magic, bridge_send_list, 0xFFFFFFF0u, over),
-         true},
-        {"length longer than the list",
-         Frame(bridge_magic, bridge_send_list, static_cast<uint32_t>(padded.size()), padded),
-         false},
-        {"record size past the frame",
-         Frame(bridge_magic, bridge_send_list, sound_length, Send_Payload(40000, 4)), false},
-        {"record size over the block",
-         Frame(bridge_magic, bridge_send_list, sound_length, Send_Payload(0xFFFFFFF0u, 4)), false},
-        {"empty class name", Frame(bridge_magic, bridge_find_window, 0, {}), false},
-        {"connection closed half way", Frame(bridge_magic, bridge_send_list, 100, half), true},
-        {"connection closed in the header", {0x51, 0x4D, 0x42}, true},
-        {"peer silent half way", Frame(bridge_magic, bridge_send_list, 100, half), false},
+        {"length over the 32 KiB block", frame(bridge_max_frame + 1, half), true},
+        {"length longer than the list", frame(padded.size(), padded), false},
+        {"connection closed half way", frame(100, half), true},
+        {"peer silent half way", frame(100, half), false},
     };
     int failures = 0;
     for (const Probe_Rec& probe : probes) {

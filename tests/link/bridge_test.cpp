@@ -90,16 +90,15 @@ TEST_F(Bridge_Test, AnswersASoundFrame) {
     EXPECT_EQ(Get_U32(answer + bridge_answer_header + 12), 77u);
     EXPECT_EQ(Get_U32(answer + bridge_answer_header + 16), 0xFADE0006u);
     EXPECT_EQ(fake.exchanges, 1u);
-}
 
-TEST_F(Bridge_Test, FailedSendAnswersTheError) {
-    fake.failed_sends = 1;
+    // A send that fails answers the error, without the list.
+    fake.failed_sends = fake.sends + 1;
     fake.send_error = 1460;
-    Memory_Stream send(Sized(Send_Payload(0x3308)));
-    EXPECT_EQ(Bridge_Serve(bridge, send), Bridge_Outcome::answered);
-    ASSERT_EQ(send.output.size(), bridge_answer_header);
-    EXPECT_EQ(Get_U32(send.output.data() + 4), 0u);
-    EXPECT_EQ(Get_U32(send.output.data() + 12), 1460u);
+    Memory_Stream failed(Sized(payload));
+    EXPECT_EQ(Bridge_Serve(bridge, failed), Bridge_Outcome::answered);
+    ASSERT_EQ(failed.output.size(), bridge_answer_header);
+    EXPECT_EQ(Get_U32(failed.output.data() + 4), 0u);
+    EXPECT_EQ(Get_U32(failed.output.data() + 12), 1460u);
 }
 
 TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
@@ -108,39 +107,30 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
     std::vector<uint8_t> padded = sound;
     padded.insert(padded.end(), 4, 0);
     std::vector<uint8_t> huge(bridge_max_frame + 1, 0);
-    struct Case {
-        const char* name;
-        std::vector<uint8_t> bytes;
-        Bridge_Outcome outcome;
-    };
-    const Case cases[] = {
-        {"wrong magic", Frame(0x51424D51, bridge_send_list, length, sound),
-         Bridge_Outcome::malformed},
-        {"unknown command", Frame(bridge_magic, 3, length, sound), Bridge_Outcome::malformed},
+    const std::pair<const char*, std::vector<uint8_t>> cases[] = {
+        {"wrong magic", Frame(0x51424D51, bridge_send_list, length, sound)},
+        {"unknown command", Frame(bridge_magic, 3, length, sound)},
         // Checked before a byte of the payload is read: the whole payload is there.
-        {"length over the block", Frame(bridge_magic, bridge_send_list, bridge_max_frame + 1, huge),
-         Bridge_Outcome::malformed},
-        {"list shorter than the frame", Sized(padded), Bridge_Outcome::malformed},
-        {"frame shorter than the list", Frame(bridge_magic, bridge_send_list, length - 4, sound),
-         Bridge_Outcome::malformed},
-        {"record past the frame", Sized(Send_Payload(0x3308, 40000)), Bridge_Outcome::malformed},
-        {"record size wrapping around", Sized(Send_Payload(0x3308, 0xFFFFFFF8)),
-         Bridge_Outcome::malformed},
-        {"too short for a list", Frame(bridge_magic, bridge_send_list, 8, {1, 0, 0, 0, 0, 0, 0, 0}),
-         Bridge_Outcome::malformed},
-        {"class name too long", Frame(bridge_magic, bridge_find_window, 65, huge),
-         Bridge_Outcome::malformed},
-        {"class name with a zero", Frame(bridge_magic, bridge_find_window, 3, {'A', 0, 'B'}),
-         Bridge_Outcome::malformed},
-        {"closed half way", Frame(bridge_magic, bridge_send_list, length, {1, 0, 0}),
-         Bridge_Outcome::malformed},
-        {"closed in the header", {0x51, 0x4D}, Bridge_Outcome::no_request},
+        {"length over the block",
+         Frame(bridge_magic, bridge_send_list, bridge_max_frame + 1, huge)},
+        {"length far over the block", Frame(bridge_magic, bridge_send_list, 0xFFFFFFF0u, huge)},
+        {"list shorter than the frame", Sized(padded)},
+        {"frame shorter than the list", Frame(bridge_magic, bridge_send_list, length - 4, sound)},
+        {"record past the frame", Sized(Send_Payload(0x3308, 40000))},
+        {"record size wrapping around", Sized(Send_Payload(0x3308, 0xFFFFFFF8))},
+        {"too short for a list",
+         Frame(bridge_magic, bridge_send_list, 8, {1, 0, 0, 0, 0, 0, 0, 0})},
+        {"class name too long", Frame(bridge_magic, bridge_find_window, 65, huge)},
+        {"empty class name", Frame(bridge_magic, bridge_find_window, 0, {})},
+        {"class name with a zero", Frame(bridge_magic, bridge_find_window, 3, {'A', 0, 'B'})},
+        {"closed half way", Frame(bridge_magic, bridge_send_list, length, {1, 0, 0})},
+        {"closed in the header", {0x51, 0x4D}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, bytes] : cases) {
+        SCOPED_TRACE(name);
         std::fill(bridge.view, bridge.view + link_block_size, 0xEE);
-        Memory_Stream stream(c.bytes);
-        EXPECT_EQ(Bridge_Serve(bridge, stream), c.outcome);
+        Memory_Stream stream(bytes);
+        EXPECT_NE(Bridge_Serve(bridge, stream), Bridge_Outcome::answered);
         EXPECT_TRUE(stream.output.empty());
         EXPECT_EQ(fake.sends, 0u);
         EXPECT_TRUE(std::all_of(bridge.view, bridge.view + link_block_size,
@@ -225,18 +215,13 @@ TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridge) {
     EXPECT_EQ(transport.Atoms_Held(), 0u);
 }
 
-TEST(Bridge_Transport_Test, NoBridgeMeansNoWindow) {
-    // A port that nothing listens on: take a free one and let it go.
-    int s = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    bind(s, reinterpret_cast<sockaddr*>(&address), sizeof address);
-    getsockname(s, reinterpret_cast<sockaddr*>(&address), &size);
-    close(s);
-
-    Bridge_Transport transport(ntohs(address.sin_port));
+TEST_F(Bridge_Test, NoBridgeMeansNoWindow) {
+    uint16_t free_port = 0;
+    {
+        Loopback_Bridge gone(bridge);
+        free_port = gone.port;
+    }
+    Bridge_Transport transport(free_port);
     Fsuipc_Rec link;
     link.transport = &transport;
     Link_Reset(link);
