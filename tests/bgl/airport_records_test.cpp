@@ -193,25 +193,14 @@ TEST(IlsRecords, MagneticHeadingTakenAtTheRecordsOwnPosition) {
     EXPECT_EQ(a.ils[0].lat, a.runways[0].end1_lat); // and then seated
 }
 
-TEST(TaxiwayBlock, PointsAndSpots) {
-    Airport_Rec a = Decode(
-        Concat({Reference_Point_Record(5000875, Encode_Reference_Longitude(10.0)), // 45 N exactly
-                Taxiway_Block_Record({
-                    Point_List({{7, 0, 0}, {0, 1852, -1852}}),
-                    Parking_List({{0, 0, 30, 0x00221002},
-                                  {0, 0, 0.4572f, Parking_Code_Word(1, 3, 50)},
-                                  {0, 0, 1, Parking_Code_Word(1, 5, 37)},
-                                  {0, 0, 1, 0x0A81}}) // fewer than 8 digits
-                })}));
-    ASSERT_EQ(a.taxi_point_count, 2);
-    EXPECT_EQ(a.taxi_points.Slot_Count(), 2u); // exactly the count
-    EXPECT_EQ(a.taxi_points[0].point_kind, 7);
-    EXPECT_EQ(a.taxi_points[0].lat, a.lat); // offset 0: the reference point unrounded
-    EXPECT_EQ(a.taxi_points[0].lon, a.lon);
-    // One nautical mile south is one minute of arc, to 6 decimals.
-    EXPECT_EQ(a.taxi_points[1].lat, 44.983333);
-    EXPECT_EQ(a.taxi_points[1].lon, Project_Point(a.lat, a.lon, 90, 1852).lon);
-
+TEST(TaxiwayBlock, ParkingNamesAndRadii) {
+    // Points and their positions: the hand-checked fixture of tool_bgl_test.cpp.
+    Airport_Rec a = Decode(Taxiway_Block_Record({Parking_List({
+        {0, 0, 30, 0x00221002},
+        {0, 0, 0.4572f, Parking_Code_Word(1, 3, 50)},
+        {0, 0, 1, Parking_Code_Word(1, 5, 37)},
+        {0, 0, 1, 0x0A81}, // fewer than 8 digits
+    })}));
     ASSERT_EQ(a.parking_count, 4);
     EXPECT_EQ(a.parkings[0].spot_name, "N PARKING 1056");
     EXPECT_EQ(a.parkings[0].radius_ft, 98);            // 98.43 ft

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/drives.h"
+#include "support/work_dir.h"
 
 namespace fs = std::filesystem;
 
@@ -11,13 +12,11 @@ namespace {
 
 // A Wine prefix as winecfg leaves it, with drives of every kind the list tells apart.
 struct Fake_Prefix {
-    fs::path top =
-        fs::path(testing::TempDir()) /
-        ("qm-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+    Work_Dir dir{"drives"};
+    fs::path top = dir.Path();
     fs::path prefix = top / ".wine";
 
     Fake_Prefix() {
-        fs::remove_all(top);
         fs::create_directories(prefix / "dosdevices");
         fs::create_directories(prefix / "drive_c/Program Files/FS2002");
         fs::create_directories(top / "media/cdrom0");
@@ -43,7 +42,6 @@ struct Fake_Prefix {
         Link("z:", "/");
         Link("com1", "/dev/ttyS0");
     }
-    ~Fake_Prefix() { fs::remove_all(top); }
     void Link(const char* name, const fs::path& target) {
         fs::create_symlink(target, prefix / "dosdevices" / name);
     }

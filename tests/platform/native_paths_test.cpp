@@ -5,20 +5,15 @@
 
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
+#include "support/work_dir.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 struct Temp_Tree {
-    fs::path root =
-        fs::path(testing::TempDir()) /
-        ("qm-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-    Temp_Tree() {
-        fs::remove_all(root);
-        fs::create_directories(root);
-    }
-    ~Temp_Tree() { fs::remove_all(root); }
+    Work_Dir dir{"paths"};
+    fs::path root = dir.Path();
     fs::path File(const fs::path& relative, const std::string& bytes = "x") {
         fs::create_directories((root / relative).parent_path());
         std::ofstream(root / relative, std::ios::binary) << bytes;

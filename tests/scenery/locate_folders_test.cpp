@@ -5,6 +5,7 @@
 
 #include "platform/native_paths.h"
 #include "scenery/locate_folders.h"
+#include "support/work_dir.h"
 
 namespace fs = std::filesystem;
 
@@ -21,15 +22,6 @@ Module1 With_Areas(const std::string& fs_path, const std::vector<Scenery_Area>& 
     }
     return m;
 }
-
-// A folder of the test's own, emptied before and removed after.
-struct Temp_Top {
-    fs::path path;
-    explicit Temp_Top(const char* name) : path(fs::path(testing::TempDir()) / name) {
-        fs::remove_all(path);
-    }
-    ~Temp_Top() { fs::remove_all(path); }
-};
 
 Scenery_Area Paths(std::string local, std::string remote = "") {
     Scenery_Area area;
@@ -87,8 +79,8 @@ TEST(LocateFolders, ThreePassesOverLabelsRelativePathsAndSubfolders) {
 
 // Inside a Wine prefix, drive paths and CD labels of scenery.cfg lead to the prefix's drives.
 TEST(LocateFolders, WinePrefixDrivesAndLabelsResolveToTheirFiles) {
-    Temp_Top temp("qm-locate-wine");
-    const fs::path& top = temp.path;
+    Work_Dir temp("locate-wine");
+    const fs::path& top = temp.Path();
     fs::path prefix = top / "prefix";
     fs::path sim = prefix / "drive_c/FS2002";
     fs::path disc = top / "media/cdrom0";

@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
-#include <fstream>
 
 #include "scenery/airport_database.h"
 #include "scenery/scan_sequence.h"
 #include "shell/chooser_form.h"
 #include "shell/config_file.h"
 #include "support/decode.h"
-#include "support/example_field.h"
 #include "support/work_dir.h"
 
 namespace {
@@ -27,29 +26,23 @@ std::unique_ptr<Scan_Result> Start() {
     return r;
 }
 
+// An area of scenery.cfg.
 std::string Area(int n, const std::string& title, const std::string& local,
                  const std::string& remote = "", const std::string& required = "TRUE") {
-    char header[32];
-    std::snprintf(header, sizeof header, "[Area.%03d]", n);
-    return std::string(header) + "\r\nTitle=" + title + "\r\nRemote=" + remote +
+    return "[Area." + std::to_string(n) + "]\r\nTitle=" + title + "\r\nRemote=" + remote +
            "\r\nLocal=" + local + "\r\nActive=TRUE\r\nRequired=" + required + "\r\n";
 }
 
-// A small simulator folder: scenery.cfg as given and airport files by relative path.
+// A small simulator folder: scenery.cfg as given and airport files by relative path, each
+// with one airport of that ident and name.
 void Small_World(const Work_Dir& dir, const std::string& cfg,
-                 const std::vector<std::pair<std::string, Bytes>>& files) {
-    Write_Text(dir.Sub("fs/scenery.cfg"), cfg);
-    for (const auto& [name, bytes] : files) {
-        std::filesystem::create_directories(
-            std::filesystem::path(dir.Sub("fs/" + name)).parent_path());
-        Write_File(dir.Sub("fs/" + name), bytes);
+                 const std::vector<std::array<std::string, 3>>& files = {}) {
+    Write_Text(dir.Sub("fs/scenery.cfg"), "[General]\r\n" + cfg);
+    for (const auto& [path, ident, name] : files) {
+        Write_File(dir.Sub("fs/" + path), One_Airport_File(ident, Name_Record(name, 16)));
     }
     Module1 m;
     ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::ok);
-}
-
-Bytes Airport(const std::string& ident, const std::string& name) {
-    return One_Airport_File(ident, Name_Record(name, 16));
 }
 
 } // namespace
@@ -115,16 +108,15 @@ TEST(ScanSequence, DamagedDatabaseIsReportedAndRebuilt) {
 TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
     Work_Dir dir("scan-cd");
     Small_World(dir,
-                "[General]\r\nTitle=x\r\n" +
-                    Area(1, "Airport and Facilities Data", "ap", "[CD]\\a") +
+                Area(1, "Airport and Facilities Data", "ap", "[CD]\\a") +
                     Area(2, "Other", "o", "[CD]\\b"),
-                {{"ap/scenery/a.bgl", Airport("KAAA", "Alpha")}});
+                {{"ap/scenery/a.bgl", "KAAA", "Alpha"}});
     auto r = Start();
     ASSERT_EQ(r->ui.messages.size(), 3u);
     EXPECT_EQ(r->ui.messages[0].title, "Quilmark v1.1");
     EXPECT_EQ(r->ui.messages[1].title, "Quilmark Message");
 
-    Small_World(dir, "[General]\r\n" + Area(1, "Airport and Facilities Data", "ap"), {});
+    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"));
     std::filesystem::remove(Database_File_Name);
     auto none = Start();
     EXPECT_EQ(none->ui.messages.size(), 2u);
@@ -134,15 +126,15 @@ TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
 TEST(ScanSequence, AreasQualifyByTitleAndRequiredAndSameFolderRunsOnce) {
     Work_Dir dir("scan-areas");
     Small_World(dir,
-                "[General]\r\n" + Area(1, "AIRPORT AND FACILITIES DATA", "ap", "", "true") +
+                Area(1, "AIRPORT AND FACILITIES DATA", "ap", "", "true") +
                     Area(2, "Airport and Facilities Data", "ap") + // the same folder again
                     Area(3, "Airport and Facilities Data", "off", "", "FALSE") +
                     Area(4, "Additional Facility Data", "atc1") +
                     Area(5, "Additional Facility Data", "atc2"),
-                {{"ap/scenery/B.BGL", Airport("KBBB", "beta")},
-                 {"ap/scenery/a.bgl", Airport("KAAA", "Alpha")},
-                 {"ap/scenery/c.txt", Airport("KCCC", "not listed")},
-                 {"off/scenery/d.bgl", Airport("KDDD", "not required")}});
+                {{"ap/scenery/B.BGL", "KBBB", "beta"},
+                 {"ap/scenery/a.bgl", "KAAA", "Alpha"},
+                 {"ap/scenery/c.txt", "KCCC", "not listed"},
+                 {"off/scenery/d.bgl", "KDDD", "not required"}});
     auto r = Start();
     EXPECT_EQ(r->ui.Sorted_List(), (std::vector<std::string>{"KAAA (ALPHA)", "KBBB (BETA)"}));
     // Files in the order Windows lists them: a.bgl before B.BGL.
@@ -153,7 +145,7 @@ TEST(ScanSequence, AreasQualifyByTitleAndRequiredAndSameFolderRunsOnce) {
 
 TEST(ScanSequence, EmptyResultsAreNoErrors) {
     Work_Dir dir("scan-empty");
-    Small_World(dir, "[General]\r\n", {});
+    Small_World(dir, "");
     // A configuration file for some other simulator: no scenery.cfg is read.
     Config_Rec other;
     other.title = "Quilmark v1.1";
@@ -171,8 +163,8 @@ TEST(ScanSequence, EmptyResultsAreNoErrors) {
 
 TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
     Work_Dir dir("scan-count0");
-    Small_World(dir, "[General]\r\n" + Area(1, "Airport and Facilities Data", "ap"),
-                {{"ap/scenery/x.bgl", Example_Field()}});
+    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"),
+                {{"ap/scenery/x.bgl", "KXYZ", "X"}});
     Start();
     std::filesystem::remove(Config_File_Name);
     Module1 fresh;

@@ -6,26 +6,11 @@
 
 #include "platform/native_paths.h"
 #include "shell/config_file.h"
+#include "support/work_dir.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-
-// Runs the test inside a folder of its own, as the program runs in its current directory.
-struct In_Temp_Folder {
-    fs::path previous = fs::current_path();
-    fs::path folder =
-        fs::path(testing::TempDir()) /
-        ("qm-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-    In_Temp_Folder() {
-        fs::create_directories(folder);
-        fs::current_path(folder);
-    }
-    ~In_Temp_Folder() {
-        fs::current_path(previous);
-        fs::remove_all(folder);
-    }
-};
 
 const std::string Path_25 = "E:\\Microsoft Games\\FS2002"; // 25 characters
 
@@ -42,7 +27,7 @@ std::string File_Bytes() {
 } // namespace
 
 TEST(ConfigFile, WizardWriteAndScanUpdateKeepThe48ByteLayout) {
-    In_Temp_Folder here;
+    Work_Dir here("config-layout");
     Module1 m;
     m.airport_count = 0x1234;
     EXPECT_EQ(Update_Config_Airport_Count(m), Config_Status::missing); // skipped
@@ -88,7 +73,7 @@ TEST(ConfigFile, FileCutShortLeavesTheRemainingFieldsEmpty) {
         {48, full},
         {60, full}, // bytes behind the record are not looked at
     };
-    In_Temp_Folder here;
+    Work_Dir here("config-cut");
     for (const Case& c : cases) {
         std::ofstream(Config_File_Name, std::ios::binary)
             << (whole + std::string(12, 'z')).substr(0, c.length);
@@ -101,7 +86,7 @@ TEST(ConfigFile, FileCutShortLeavesTheRemainingFieldsEmpty) {
 }
 
 TEST(ConfigFile, FailuresComeBackAsValues) {
-    In_Temp_Folder here;
+    Work_Dir here("config-failures");
     Module1 m;
     EXPECT_EQ(Read_Config_File(m, Config_File_Name), Config_Status::missing);
     EXPECT_EQ(Write_First_Config(m, true, std::string(65536, 'x')), Config_Status::text_too_long);
