@@ -1,5 +1,5 @@
-// Exports a sample airport at levels 9 and 14 as PNG, SVG and PDF into the build folder
-// (chart-samples/), for a person to look at, and checks what can be checked by program.
+// Exports a small airport at levels 9 and 14 as PNG, SVG and PDF and checks the files.
+// (scripts/chart_samples.sh writes the sample world's airport for a person to look at.)
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -7,85 +7,29 @@
 #include <string>
 
 #include "chart/chart_draw.h"
+#include "chart/chart_test_support.h"
 #include "chart/qt_export.h"
-#include "shell/module1.h"
 
 namespace {
 
-template <class T> void Add(Dyn_Array<T>& list, int32_t& count, T item) {
-    list.Resize_Keep(static_cast<size_t>(count) + 1);
-    list[static_cast<size_t>(count)] = std::move(item);
-    ++count;
-}
-
-// A three-runway airport shaped like Seattle-Tacoma: parallel north-south runways, a
-// parallel taxiway with connectors, a terminal's gates, ILS on two runways, a class B
-// ring around it and a class D nearby that the chart leaves out.
+// An airport with a runway, an ILS, a taxiway, a gate, and a class B ring around it.
 Module1 Sample_Module() {
     Module1 m;
     Airport_Rec& a = m.current_airport;
-    a.ident = "KSEA";
-    a.name = "SEATTLE-TACOMA INTL";
     a.lat = 47.449;
     a.lon = -122.309;
-    Add(a.runways, a.runway_count,
-        Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081});
-    Add(a.runways, a.runway_count,
-        Runway_Rec{"16C", "34C", 47.4638, -122.3110, 47.4375, -122.3110});
-    Add(a.runways, a.runway_count,
-        Runway_Rec{"16R", "34L", 47.4632, -122.3182, 47.4405, -122.3183});
-    Add(a.ils, a.ils_count, ILS_Rec{"ISEA", 47.4310, -122.3081, 180, "110.30"});
-    Add(a.ils, a.ils_count, ILS_Rec{"ISZI", 47.4644, -122.3079, 360, "111.70"});
-
-    // Taxiway A east of 16L in five segments, connectors A1..A5 to the runway, the
-    // runway's own segments, and a gate off each of the middle three connectors.
-    std::vector<Taxi_Point_Rec> points;
-    std::vector<Taxi_Path_Rec> paths;
-    std::vector<Parking_Rec> parkings;
-    for (int i = 0; i <= 5; ++i) {
-        double lat = 47.4630 - i * 0.0060;
-        points.push_back({0, lat, -122.3050}); // taxiway A: 2i
-        points.push_back({0, lat, -122.3080}); // on runway 16L: 2i + 1
-    }
-    for (int i = 0; i < 5; ++i) {
-        paths.push_back({Path_Taxiway, 2 * i, 2 * i + 2, "A"});
-        paths.push_back({Path_Runway, 2 * i + 1, 2 * i + 3, "16L"});
-    }
-    for (int i = 0; i <= 5; ++i) {
-        paths.push_back({Path_Taxiway, 2 * i, 2 * i + 1, "A" + std::to_string(i + 1)});
-    }
-    for (int i = 1; i <= 3; ++i) {
-        parkings.push_back({"GATE A " + std::to_string(i), 47.4630 - i * 0.0060, -122.3025, 80});
-        paths.push_back({Path_Parking, 2 * i, i - 1, ""});
-    }
-    a.taxi_points.Allocate(points.size());
-    a.taxi_points.items = points;
-    a.taxi_point_count = static_cast<int32_t>(points.size());
-    a.taxi_paths.Allocate(paths.size());
-    a.taxi_paths.items = paths;
-    a.taxi_path_count = static_cast<int32_t>(paths.size());
-    a.parkings.Allocate(parkings.size());
-    a.parkings.items = parkings;
-    a.parking_count = static_cast<int32_t>(parkings.size());
-
-    Airspace_Rec b;
-    b.class_text = "Airspace Class B";
-    Add(b.points, b.point_count, Boundary_Point_Rec{Point_Fix, 47.449, -122.309, 0});
-    Add(b.points, b.point_count, Boundary_Point_Rec{Point_Circle, 0, 0, 10});
-    Add(b.points, b.point_count, Boundary_Point_Rec{Point_Start, 47.75, -122.309, 0});
-    Add(b.points, b.point_count, Boundary_Point_Rec{Point_Arc_CW, 47.449, -121.865, 0});
-    Add(b.points, b.point_count, Boundary_Point_Rec{Point_Line, 47.449, -121.700, 0});
-    Add(m.airspaces, m.airspace_count, b);
-    Airspace_Rec d;
-    d.class_text = "Airspace Class D";
-    Add(d.points, d.point_count, Boundary_Point_Rec{Point_Fix, 47.53, -122.30, 0});
-    Add(d.points, d.point_count, Boundary_Point_Rec{Point_Circle, 0, 0, 4});
-    Add(m.airspaces, m.airspace_count, d);
-
+    Append(a.runways, a.runway_count,
+           Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081});
+    Append(a.ils, a.ils_count, ILS_Rec{"ISEA", 47.4310, -122.3081, 180, "110.30"});
+    Set_Exact(a.taxi_points, a.taxi_point_count, {{0, 47.451, -122.305}, {0, 47.445, -122.305}});
+    Set_Exact(a.taxi_paths, a.taxi_path_count, {{Path_Taxiway, 0, 1, "A"}});
+    Set_Exact(a.parkings, a.parking_count, {{"GATE A 2", 47.451, -122.3025, 80}});
+    Append(m.airspaces, m.airspace_count,
+           Make_Airspace("Airspace Class B",
+                         {{Point_Fix, 47.449, -122.309}, {Point_Circle, 0, 0, 10}}));
     m.fsuipc_connected = true;
     m.aircraft_lat = 47.4720;
     m.aircraft_lon = -122.3079;
-    m.aircraft_heading = 180;
     return m;
 }
 
@@ -94,8 +38,8 @@ constexpr int32_t Height = 540;
 
 std::string Sample_Path(int level, const char* extension) {
     QDir().mkpath(QStringLiteral(QUILMARK_CHART_SAMPLES_DIR));
-    return std::string(QUILMARK_CHART_SAMPLES_DIR) + "/ksea-level" + std::to_string(level) + "." +
-           extension;
+    return std::string(QUILMARK_CHART_SAMPLES_DIR) + "/export-test-level" + std::to_string(level) +
+           "." + extension;
 }
 
 std::string Export_Sample(int level, const char* extension) {
@@ -130,19 +74,13 @@ QByteArray Read_All(const std::string& path) {
 } // namespace
 
 TEST(ChartExport, PngShowsTheLayersOfEachLevel) {
-    struct Case {
-        int level;
-        bool airspace, parking;
-    };
-    const Case cases[] = {{9, true, false}, {14, false, true}};
-    for (const Case& c : cases) {
-        QImage image(QString::fromStdString(Export_Sample(c.level, "png")));
+    for (int level : {9, 14}) {
+        QImage image(QString::fromStdString(Export_Sample(level, "png")));
         ASSERT_FALSE(image.isNull());
-        EXPECT_EQ(image.width(), Width);
-        EXPECT_EQ(image.height(), Height);
+        EXPECT_EQ(image.size(), QSize(Width, Height));
         EXPECT_GT(Count_Color(image, qRgb(0, 192, 0)), 0) << "runways and aircraft";
-        EXPECT_EQ(Count_Color(image, qRgb(0, 0, 192)) > 0, c.airspace) << c.level;
-        EXPECT_EQ(Count_Color(image, qRgb(128, 64, 64)) > 0, c.parking) << c.level;
+        EXPECT_EQ(Count_Color(image, qRgb(0, 0, 192)) > 0, level == 9) << "airspace";
+        EXPECT_EQ(Count_Color(image, qRgb(128, 64, 64)) > 0, level == 14) << "parking";
     }
 }
 
