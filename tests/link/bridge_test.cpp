@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -45,14 +46,14 @@ std::vector<uint8_t> Frame(uint32_t magic, uint32_t command, uint32_t length,
     return Form_Bridge_Request(command, payload, length, magic);
 }
 
-// Window, timeout, and a list of one read of 4 bytes at offset whose record claims
+// Window, timeout, and a list of one read of 4 bytes at 0x3308 whose record claims
 // record_size bytes, closed.
-std::vector<uint8_t> Send_Payload(uint32_t offset, uint32_t record_size = 4) {
+std::vector<uint8_t> Send_Payload(uint32_t record_size = 4) {
     std::vector<uint8_t> p(bridge_send_prefix + 16 + 4 + 4, 0);
     Put_U32(p.data(), static_cast<uint32_t>(Fake_Module_Transport::main_window_handle));
     Put_U32(p.data() + 4, 2000);
     Put_U32(p.data() + 8, link_read_id);
-    Put_U32(p.data() + 12, offset);
+    Put_U32(p.data() + 12, 0x3308);
     Put_U32(p.data() + 16, record_size);
     Put_U32(p.data() + 20, 77); // the client's destination token, handed back unchanged
     return p;
@@ -79,7 +80,7 @@ TEST_F(Bridge_Test, AnswersASoundFrame) {
     EXPECT_EQ(Get_U32(find.output.data() + 4), 1u);
     EXPECT_EQ(Get_U32(find.output.data() + 8), Fake_Module_Transport::main_window_handle);
 
-    std::vector<uint8_t> payload = Send_Payload(0x3308);
+    std::vector<uint8_t> payload = Send_Payload();
     Memory_Stream send(Sized(payload));
     EXPECT_EQ(Bridge_Serve(bridge, send), Bridge_Outcome::answered);
     ASSERT_EQ(send.output.size(), bridge_answer_header + payload.size() - bridge_send_prefix);
@@ -102,7 +103,7 @@ TEST_F(Bridge_Test, AnswersASoundFrame) {
 }
 
 TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
-    std::vector<uint8_t> sound = Send_Payload(0x3308);
+    std::vector<uint8_t> sound = Send_Payload();
     auto length = static_cast<uint32_t>(sound.size());
     std::vector<uint8_t> padded = sound;
     padded.insert(padded.end(), 4, 0);
@@ -116,8 +117,8 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
         {"length far over the block", Frame(bridge_magic, bridge_send_list, 0xFFFFFFF0u, huge)},
         {"list shorter than the frame", Sized(padded)},
         {"frame shorter than the list", Frame(bridge_magic, bridge_send_list, length - 4, sound)},
-        {"record past the frame", Sized(Send_Payload(0x3308, 40000))},
-        {"record size wrapping around", Sized(Send_Payload(0x3308, 0xFFFFFFF8))},
+        {"record past the frame", Sized(Send_Payload(40000))},
+        {"record size wrapping around", Sized(Send_Payload(0xFFFFFFF8))},
         {"too short for a list",
          Frame(bridge_magic, bridge_send_list, 8, {1, 0, 0, 0, 0, 0, 0, 0})},
         {"class name too long", Frame(bridge_magic, bridge_find_window, 65, huge)},
@@ -193,11 +194,11 @@ class Loopback_Bridge {
     std::thread server;
 };
 
-TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridge) {
+TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridgeAndNoBridgeMeansNoWindow) {
     fake.space.Set_U32(0x0564, 5719983);
     fake.space.Set_U16(0x0EC6, 16212);
-    Loopback_Bridge server(bridge);
-    Bridge_Transport transport(server.port);
+    auto server = std::make_unique<Loopback_Bridge>(bridge);
+    Bridge_Transport transport(server->port);
     Fsuipc_Rec link;
     link.transport = &transport;
     Link_Reset(link);
@@ -213,19 +214,9 @@ TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridge) {
     EXPECT_EQ(fake.space.written[0x330A], 0); // the client's version went through
     Link_Close(link);
     EXPECT_EQ(transport.Atoms_Held(), 0u);
-}
 
-TEST_F(Bridge_Test, NoBridgeMeansNoWindow) {
-    uint16_t free_port = 0;
-    {
-        Loopback_Bridge gone(bridge);
-        free_port = gone.port;
-    }
-    Bridge_Transport transport(free_port);
-    Fsuipc_Rec link;
-    link.transport = &transport;
+    server.reset(); // nothing listens on the port any more
     Link_Reset(link);
-    int32_t result = -1;
     EXPECT_FALSE(Link_Open(link, fsuipc_fs2002, result));
     EXPECT_EQ(result, 2);
     EXPECT_EQ(transport.Atoms_Held(), 0u);
