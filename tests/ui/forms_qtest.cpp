@@ -62,13 +62,6 @@ struct Program_Under_Test {
         program = std::make_unique<Quilmark_Program>(services);
     }
     Module1& m() { return program->module(); }
-    std::vector<std::string> Message_Texts() const {
-        std::vector<std::string> texts;
-        for (const auto& message : messages) {
-            texts.push_back(message.text);
-        }
-        return texts;
-    }
 };
 
 // Runs what the event loop has queued: deferred deletes and the last-form check.
@@ -115,8 +108,14 @@ void First_Start(Program_Under_Test& t) {
     t.program->form3->Read_Sceneries_Paths_Timer();
 }
 
-void Choose(Form3* chooser, const QString& entry) {
-    chooser->Combo1->setCurrentIndex(chooser->Combo1->findText(entry));
+// Chooses Seattle on the chooser and asks for it: the chart comes up.
+Form4* Open_Seattle(Program_Under_Test& t) {
+    Form3* chooser = t.program->form3;
+    chooser->Combo1->setCurrentIndex(chooser->Combo1->findText("KSEA (SEATTLE-TACOMA INTL)"));
+    chooser->Command3->click();
+    Settle();
+    EXPECT_EQ(t.program->form3, nullptr);
+    return t.program->form4;
 }
 
 } // namespace
@@ -189,11 +188,7 @@ TEST(Forms, ChartOpensZoomsCentresAndGoesBack) {
     chooser->Command3->click();
     EXPECT_EQ(t.program->form4, nullptr);
 
-    Choose(chooser, "KSEA (SEATTLE-TACOMA INTL)");
-    chooser->Command3->click();
-    Settle();
-    EXPECT_EQ(t.program->form3, nullptr);
-    Form4* chart = t.program->form4;
+    Form4* chart = Open_Seattle(t);
     ASSERT_NE(chart, nullptr);
     EXPECT_EQ(chart->windowTitle(), "SEATTLE-TACOMA INTL Chart");
     EXPECT_EQ(chart->view.zoom_level, 9);
@@ -247,10 +242,7 @@ TEST(Forms, LiveAircraftAndTheOptionsDialog) {
     Program_Under_Test t;
     t.simulator = true;
     First_Start(t);
-    Choose(t.program->form3, "KSEA (SEATTLE-TACOMA INTL)");
-    t.program->form3->Command3->click();
-    Settle();
-    Form4* chart = t.program->form4;
+    Form4* chart = Open_Seattle(t);
     ASSERT_NE(chart, nullptr);
     EXPECT_TRUE(t.m().fsuipc_connected);
     chart->Timer1_Timer();
