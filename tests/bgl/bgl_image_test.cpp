@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include "bgl/bgl_image.h"
@@ -57,16 +56,6 @@ TEST(BglReaders, FloatFromItsBits) {
     EXPECT_EQ(Read_Float(0x7FC00000), 0.0f); // NaN
     // Exponent 0 keeps its leading mantissa bit: m * 2^-150.
     EXPECT_EQ(Read_Float(0x00000001), static_cast<float>(std::ldexp(8388609.0, -150)));
-}
-
-TEST(BglReaders, MarkerIsTheWordAt118) {
-    Bytes bytes(200, 0);
-    const uint8_t marker[] = {0x21, 0x43, 0x65, 0x87};
-    std::memcpy(bytes.data() + 118, marker, 4);
-    EXPECT_TRUE(Has_Bgl_Marker(Image_Of(bytes)));
-    bytes[118] = 0x22;
-    EXPECT_FALSE(Has_Bgl_Marker(Image_Of(bytes)));
-    EXPECT_FALSE(Has_Bgl_Marker(Image_Of(Bytes(120, 0)))); // too short to hold it
 }
 
 TEST(BglEncodings, PositionsAndFrequencies) {
