@@ -12,18 +12,14 @@ Airport_Entry Entry(const std::string& ident, const std::string& name = "") {
     return e;
 }
 
-std::vector<std::string> Idents(const Module1& m) {
+std::vector<std::string> Decoded_Idents(const Bgl_File_Spec& spec) {
+    auto m = std::make_unique<Module1>();
+    Decode_Bgl_Bytes(*m, Build_Bgl(spec));
     std::vector<std::string> out;
-    for (int32_t i = 0; i < m.airport_count; ++i) {
-        out.push_back(m.airports[static_cast<size_t>(i)].ident);
+    for (int32_t i = 0; i < m->airport_count; ++i) {
+        out.push_back(m->airports[static_cast<size_t>(i)].ident);
     }
     return out;
-}
-
-std::vector<std::string> Decoded_Idents(const Bgl_File_Spec& spec, bool database_present = false) {
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Build_Bgl(spec), database_present);
-    return Idents(*m);
 }
 
 using Idents_List = std::vector<std::string>;

@@ -15,6 +15,11 @@ Bytes Le32(uint32_t v) {
             static_cast<uint8_t>(v >> 24)};
 }
 
+// n bytes of a file from a position.
+Bytes Slice(const Bytes& bytes, size_t at, size_t n) {
+    return Bytes(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at + n));
+}
+
 // The list the database build leaves for the Example Field file.
 Dyn_Array<Airport_Rec> Decoded_Example() {
     auto m = std::make_unique<Module1>();
@@ -28,13 +33,9 @@ TEST(AirportDatabase, EmptyWorldIsOneSixtyFourByteRecord) {
     Dyn_Array<Airport_Rec> airports;
     airports.Release();
     const Bytes bytes = Encode_Airport_Database(airports);
-    Bytes expected(9 * 2, 0);              // nine empty texts
-    expected.resize(expected.size() + 16); // two zero doubles
-    for (int i = 0; i < 5; ++i) {          // five unallocated arrays and their counts
-        expected.insert(expected.end(), {0, 0, 0, 0, 0, 0});
-    }
-    EXPECT_EQ(bytes.size(), 64u);
-    EXPECT_EQ(bytes, expected);
+    // Nine empty texts (2 bytes each), two zero doubles, five unallocated arrays (2 bytes)
+    // and their counts (4 bytes).
+    EXPECT_EQ(bytes, Bytes(9 * 2 + 2 * 8 + 5 * 6, 0));
 
     Dyn_Array<Airport_Rec> back;
     EXPECT_EQ(Decode_Airport_Database(bytes, 0, back), Database_Read_Result::Ok);
@@ -53,16 +54,11 @@ TEST(AirportDatabase, ArrayDescriptorsWithAndWithoutTaxiways) {
     const Bytes bytes = Encode_Airport_Database(airports);
     // ident, name, lat, lon, seven frequencies, then the runways' descriptor.
     size_t at = 2 + 2 + 2 + 16 + 7 * 2;
-    EXPECT_EQ(
-        Bytes(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 10),
-        Concat({Le16(1), Le32(3), Le32(0)}));
+    EXPECT_EQ(Slice(bytes, at, 10), Concat({Le16(1), Le32(3), Le32(0)}));
     at += 10 + 3 * (4 + 48);
-    EXPECT_EQ(
-        Bytes(bytes.begin() + static_cast<long>(at), bytes.begin() + static_cast<long>(at) + 6),
-        Concat({Le32(2), Le16(0)})); // runway_count, then ils never allocated
+    EXPECT_EQ(Slice(bytes, at, 6), Concat({Le32(2), Le16(0)})); // runway_count, ILS unallocated
     // Three taxiway lists of dimension 0 with their zero counts close the record.
-    EXPECT_EQ(Bytes(bytes.end() - 64 - 18, bytes.end() - 64),
-              Concat({Le16(0), Le32(0), Le16(0), Le32(0), Le16(0), Le32(0)}));
+    EXPECT_EQ(Slice(bytes, bytes.size() - 64 - 18, 18), Bytes(18, 0));
 
     // With taxiway data: exactly the count, no spare slot.
     Dyn_Array<Airport_Rec> example = Decoded_Example();
@@ -80,8 +76,7 @@ TEST(AirportDatabase, TextsKeepTheirCodePageBytes) {
     airports.Resize_Keep(1);
     airports[0].name = "Z\xDCRICH \x80";
     const Bytes bytes = Encode_Airport_Database(airports);
-    EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + 2), Le16(0)); // empty ident
-    EXPECT_EQ(Bytes(bytes.begin() + 2, bytes.begin() + 4), Le16(8));
+    EXPECT_EQ(Slice(bytes, 0, 4), Concat({Le16(0), Le16(8)})); // empty ident, 8 bytes of name
     Dyn_Array<Airport_Rec> back;
     ASSERT_EQ(Decode_Airport_Database(bytes, 1, back), Database_Read_Result::Ok);
     EXPECT_EQ(back[0].name, "Z\xDCRICH \x80");
@@ -106,8 +101,7 @@ TEST(AirportDatabase, EveryCutAndBadDescriptorIsDamage) {
     const Bytes bytes = Encode_Airport_Database(Decoded_Example());
     Dyn_Array<Airport_Rec> back;
     for (size_t length = 0; length < bytes.size(); ++length) {
-        ASSERT_EQ(Decode_Airport_Database(
-                      Bytes(bytes.begin(), bytes.begin() + static_cast<long>(length)), 1, back),
+        ASSERT_EQ(Decode_Airport_Database(Slice(bytes, 0, length), 1, back),
                   Database_Read_Result::Damaged)
             << length;
     }
@@ -115,9 +109,7 @@ TEST(AirportDatabase, EveryCutAndBadDescriptorIsDamage) {
     // "KXYZ", "EXAMPLE FIELD", lat, lon, then "128.35" "121.7" "119.9" "126.05" "124.75"
     // "132.1" "118", each text behind its length.
     const size_t runways = 6 + 15 + 16 + 8 + 7 + 7 + 8 + 8 + 7 + 5;
-    ASSERT_EQ(Bytes(bad.begin() + static_cast<long>(runways),
-                    bad.begin() + static_cast<long>(runways) + 2),
-              Le16(1));
+    ASSERT_EQ(Slice(bad, runways, 2), Le16(1));
     bad[runways] = 2; // two dimensions
     EXPECT_EQ(Decode_Airport_Database(bad, 1, back), Database_Read_Result::Damaged);
     bad = bytes;
