@@ -143,6 +143,43 @@ void Airport_Seeds() {
     spec.groups.push_back({{other, plain}, std::nullopt, 12});
     spec.groups.push_back({{plain}, std::nullopt, 0});
     Seed("airport_section", "two_groups.bgl", Build_Bgl(spec));
+
+    // Entries that all point at one block of runways: the walk runs out of its budget.
+    Runway_Fields runway;
+    runway.number = 9;
+    Bytes runways;
+    for (int i = 0; i < 100; ++i) {
+        Append_Bytes(runways, Runway_Record(runway));
+    }
+    Bgl_File_Spec shared;
+    Airport_Entry first;
+    first.ident = "KAAA";
+    first.stream = runways;
+    Airport_Group copies;
+    for (int i = 0; i < 200; ++i) {
+        Airport_Entry copy;
+        copy.ident = "K" + std::to_string(i);
+        copies.entries.push_back(copy);
+    }
+    shared.groups = {{{first}, std::nullopt, 0}, copies};
+    // The copies' positions do not change the layout: take the first block's from a build.
+    const int32_t block = Read_Int32_Le(Build_Bgl(shared), 200 + 24 + 12);
+    for (Airport_Entry& copy : shared.groups[1].entries) {
+        copy.block_position = block;
+    }
+    Seed("airport_section", "shared_block.bgl", Build_Bgl(shared));
+
+    // A second taxiway block whose name list meets runway segments already named.
+    Runway_Fields r16;
+    r16.number = 16;
+    r16.designator_code = 1;
+    Bytes twice =
+        Concat_Bytes({Runway_Record(r16),
+                      Taxiway_Block_Record({Point_List({{1, 0, 0}, {1, 100, 0}, {1, 200, 50}}),
+                                            Path_List({{1, 0, 1, 0}, {0, 1, 2, 1}, {0, 2, 0, 0}}),
+                                            Name_List({"A", "B"})}),
+                      Taxiway_Block_Record({Name_List({"B", "0"})})});
+    Seed("airport_section", "two_name_lists.bgl", Airport_File({{"KTWO", twice}}));
 }
 
 void Boundary_Seeds() {
