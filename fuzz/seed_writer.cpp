@@ -112,7 +112,7 @@ Bytes Boundary_Around(double lat, double lon, int shape) {
 }
 
 Bytes Airport_File(const std::vector<std::pair<std::string, Bytes>>& airports) {
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     Airport_Group group;
     for (const auto& [ident, stream] : airports) {
         Airport_Entry entry;
@@ -120,8 +120,8 @@ Bytes Airport_File(const std::vector<std::pair<std::string, Bytes>>& airports) {
         entry.stream = stream;
         group.entries.push_back(entry);
     }
-    spec.groups.push_back(group);
-    return Build_Bgl(spec);
+    layout.groups.push_back(group);
+    return Build_Bgl(layout);
 }
 
 void Airport_Seeds() {
@@ -133,16 +133,16 @@ void Airport_Seeds() {
     Seed("airport_section", "three_airports.bgl",
          Airport_File({{"KBFI", small}, {"KRNT", small}, {"KPAE", Busy_Airport_Stream()}}));
     // Two groups, a gap behind the entries, an entry of another kind.
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     Airport_Entry other;
     other.ident = "VOR1";
     other.entry_kind = 0x50002;
     Airport_Entry plain;
     plain.ident = "KTIW";
     plain.stream = small;
-    spec.groups.push_back({{other, plain}, std::nullopt, 12});
-    spec.groups.push_back({{plain}, std::nullopt, 0});
-    Seed("airport_section", "two_groups.bgl", Build_Bgl(spec));
+    layout.groups.push_back({{other, plain}, std::nullopt, 12});
+    layout.groups.push_back({{plain}, std::nullopt, 0});
+    Seed("airport_section", "two_groups.bgl", Build_Bgl(layout));
 
     // Entries that all point at one block of runways: the walk runs out of its budget.
     Runway_Fields runway;
@@ -151,7 +151,7 @@ void Airport_Seeds() {
     for (int i = 0; i < 100; ++i) {
         Append_Bytes(runways, Runway_Record(runway));
     }
-    Bgl_File_Spec shared;
+    Bgl_File_Layout shared;
     Airport_Entry first;
     first.ident = "KAAA";
     first.stream = runways;
@@ -183,12 +183,12 @@ void Airport_Seeds() {
 }
 
 void Boundary_Seeds() {
-    Bgl_File_Spec spec;
-    spec.boundary_section =
+    Bgl_File_Layout layout;
+    layout.boundary_section =
         Boundary_Section({{Boundary_Around(47.45, -122.31, 0), Boundary_Around(47.45, -122.31, 1)},
                           {Boundary_Around(47.45, -122.31, 2), Boundary_Around(40.0, -80.0, 0)}});
-    Seed("boundary_section", "seattle_airspace.bgl", Build_Bgl(spec));
-    Bgl_File_Spec both;
+    Seed("boundary_section", "seattle_airspace.bgl", Build_Bgl(layout));
+    Bgl_File_Layout both;
     Airport_Entry sea;
     sea.ident = "KSEA";
     sea.stream = Busy_Airport_Stream();

@@ -20,12 +20,12 @@ Airport_Rec Airport(const std::string& ident, const std::string& name, double la
 }
 
 Bytes Boundary_File(double south, double west, double north, double east, const std::string& name) {
-    Bgl_File_Spec spec;
-    spec.boundary_section = Boundary_Section(
+    Bgl_File_Layout layout;
+    layout.boundary_section = Boundary_Section(
         {{Concat({Boundary_Box_Record(Encode_Latitude(south), Encode_Longitude(west),
                                       Encode_Latitude(north), Encode_Longitude(east)),
                   Boundary_Name_Record(name), Boundary_Circle_Record(5, 0, 2500)})}});
-    return Build_Bgl(spec);
+    return Build_Bgl(layout);
 }
 
 struct Fetch_Fixture {

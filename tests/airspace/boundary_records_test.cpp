@@ -24,9 +24,9 @@ std::unique_ptr<Module1> Airspaces_For(const Bytes& section, double lat = 47.5, 
     auto m = std::make_unique<Module1>();
     m->current_airport.lat = lat;
     m->current_airport.lon = lon;
-    Bgl_File_Spec spec;
-    spec.boundary_section = section;
-    Decode_Bgl_Bytes(*m, Build_Bgl(spec), database_present);
+    Bgl_File_Layout layout;
+    layout.boundary_section = section;
+    Decode_Bgl_Bytes(*m, Build_Bgl(layout), database_present);
     return m;
 }
 
@@ -136,16 +136,16 @@ TEST(BoundaryWalker, GroupKindsAtTheWrongLevelArePassedOver) {
 }
 
 TEST(BoundaryWalker, RunsInBothDatabaseStatesAndLeavesAirportsAlone) {
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     Airport_Entry entry;
     entry.ident = "KAAA";
-    spec.groups.push_back({{entry}, std::nullopt, 0});
-    spec.boundary_section = Boundary_Section({{Box()}});
+    layout.groups.push_back({{entry}, std::nullopt, 0});
+    layout.boundary_section = Boundary_Section({{Box()}});
     for (bool present : {false, true}) {
         auto m = std::make_unique<Module1>();
         m->current_airport.lat = 47.5;
         m->current_airport.lon = -122.3;
-        Decode_Bgl_Bytes(*m, Build_Bgl(spec), present);
+        Decode_Bgl_Bytes(*m, Build_Bgl(layout), present);
         EXPECT_EQ(m->airspace_count, 1) << present;
         EXPECT_EQ(m->airport_count, present ? 0 : 1);
     }

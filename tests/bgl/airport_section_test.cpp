@@ -12,9 +12,9 @@ Airport_Entry Entry(const std::string& ident, const std::string& name = "") {
     return e;
 }
 
-std::vector<std::string> Decoded_Idents(const Bgl_File_Spec& spec) {
+std::vector<std::string> Decoded_Idents(const Bgl_File_Layout& layout) {
     auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Build_Bgl(spec));
+    Decode_Bgl_Bytes(*m, Build_Bgl(layout));
     std::vector<std::string> out;
     for (int32_t i = 0; i < m->airport_count; ++i) {
         out.push_back(m->airports[static_cast<size_t>(i)].ident);
@@ -27,32 +27,32 @@ using Idents_List = std::vector<std::string>;
 } // namespace
 
 TEST(BglSections, LayoutWordMustBeOne) {
-    for (int32_t layout : {0, 2, -1, 1}) {
-        Bgl_File_Spec spec;
-        spec.layout_word = layout;
-        spec.groups.push_back({{Entry("KAAA")}, std::nullopt, 0});
-        EXPECT_EQ(Decoded_Idents(spec).size(), layout == 1 ? 1u : 0u) << layout;
+    for (int32_t word : {0, 2, -1, 1}) {
+        Bgl_File_Layout layout;
+        layout.layout_word = word;
+        layout.groups.push_back({{Entry("KAAA")}, std::nullopt, 0});
+        EXPECT_EQ(Decoded_Idents(layout).size(), word == 1 ? 1u : 0u) << word;
     }
 }
 
 TEST(BglSections, MissingMarkerOrSectionsAddNothing) {
-    Bgl_File_Spec spec;
-    spec.groups.push_back({{Entry("KAAA")}, std::nullopt, 0});
-    spec.marker = 0x87654320u;
-    EXPECT_TRUE(Decoded_Idents(spec).empty());
-    spec.marker = 0x87654321u;
+    Bgl_File_Layout layout;
+    layout.groups.push_back({{Entry("KAAA")}, std::nullopt, 0});
+    layout.marker = 0x87654320u;
+    EXPECT_TRUE(Decoded_Idents(layout).empty());
+    layout.marker = 0x87654321u;
     for (int32_t position : {0, -200, 1 << 30}) { // none, negative, far beyond the file
-        spec.airport_section_position = position;
-        EXPECT_TRUE(Decoded_Idents(spec).empty()) << position;
+        layout.airport_section_position = position;
+        EXPECT_TRUE(Decoded_Idents(layout).empty()) << position;
     }
 }
 
 TEST(BglSections, DatabasePresentWalksButAddsNothing) {
-    Bgl_File_Spec spec;
-    spec.groups.push_back({{Entry("KAAA"), Entry("KBBB")}, std::nullopt, 0});
+    Bgl_File_Layout layout;
+    layout.groups.push_back({{Entry("KAAA"), Entry("KBBB")}, std::nullopt, 0});
     auto m = std::make_unique<Module1>();
     m->airport_count = 7; // as read from the configuration file
-    Decode_Bgl_Bytes(*m, Build_Bgl(spec), true);
+    Decode_Bgl_Bytes(*m, Build_Bgl(layout), true);
     EXPECT_EQ(m->airport_count, 7);
     EXPECT_FALSE(m->airports.allocated);
 }
@@ -72,46 +72,46 @@ TEST(AirportWalker, AcceptanceTest) {
         {"second test word", [](Airport_Entry& e) { e.block_word_8 = 0; }, false},
     };
     for (const Case& c : cases) {
-        Bgl_File_Spec spec;
+        Bgl_File_Layout layout;
         Airport_Entry e = Entry("KAAA");
         c.spoil(e);
-        spec.groups.push_back({{e, Entry("KZZZ")}, std::nullopt, 0});
+        layout.groups.push_back({{e, Entry("KZZZ")}, std::nullopt, 0});
         Idents_List expected = c.accepted ? Idents_List{"KAAA", "KZZZ"} : Idents_List{"KZZZ"};
-        EXPECT_EQ(Decoded_Idents(spec), expected) << c.what;
+        EXPECT_EQ(Decoded_Idents(layout), expected) << c.what;
     }
 }
 
 TEST(AirportWalker, EntriesOfOtherTypesAreSteppedOverBySize) {
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     Airport_Entry other = Entry("KOTH");
     other.entry_type = 0x30003; // holds what looks like an airport entry, but isn't one
-    spec.groups.push_back({{other, Entry("KAAA")}, std::nullopt, 0});
-    EXPECT_EQ(Decoded_Idents(spec), (Idents_List{"KAAA"}));
+    layout.groups.push_back({{other, Entry("KAAA")}, std::nullopt, 0});
+    EXPECT_EQ(Decoded_Idents(layout), (Idents_List{"KAAA"}));
 }
 
 TEST(AirportWalker, LastEntryIndexCountsOneMorePass) {
-    Bgl_File_Spec spec;
-    spec.groups.push_back({{Entry("KAAA"), Entry("KBBB"), Entry("KCCC")}, 0, 0});
-    EXPECT_EQ(Decoded_Idents(spec), (Idents_List{"KAAA"}));
-    spec.groups[0].last_index = 1;
-    EXPECT_EQ(Decoded_Idents(spec), (Idents_List{"KAAA", "KBBB"}));
+    Bgl_File_Layout layout;
+    layout.groups.push_back({{Entry("KAAA"), Entry("KBBB"), Entry("KCCC")}, 0, 0});
+    EXPECT_EQ(Decoded_Idents(layout), (Idents_List{"KAAA"}));
+    layout.groups[0].last_index = 1;
+    EXPECT_EQ(Decoded_Idents(layout), (Idents_List{"KAAA", "KBBB"}));
 }
 
 TEST(AirportWalker, NextGroupStartsBehindTheGroupNotBehindItsLastEntry) {
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     // The gap behind the first group's entries would read as entries if the walk went on.
-    spec.groups.push_back({{Entry("KAAA")}, std::nullopt, 32});
-    spec.groups.push_back({{Entry("KBBB"), Entry("KAAA")}, std::nullopt, 0});
-    EXPECT_EQ(Decoded_Idents(spec), (Idents_List{"KAAA", "KBBB", "KAAA"})); // no de-duplication
+    layout.groups.push_back({{Entry("KAAA")}, std::nullopt, 32});
+    layout.groups.push_back({{Entry("KBBB"), Entry("KAAA")}, std::nullopt, 0});
+    EXPECT_EQ(Decoded_Idents(layout), (Idents_List{"KAAA", "KBBB", "KAAA"})); // no de-duplication
 }
 
 TEST(AirportWalker, IdentifierIsTheEntryTextWithoutPadding) {
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     Airport_Entry e = Entry("EG");
     e.ident_padded_length = 12;
-    spec.groups.push_back({{e}, std::nullopt, 0});
+    layout.groups.push_back({{e}, std::nullopt, 0});
     auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Build_Bgl(spec));
+    Decode_Bgl_Bytes(*m, Build_Bgl(layout));
     ASSERT_EQ(m->airport_count, 1);
     EXPECT_EQ(m->airports[0].ident, "EG");
     // airports keeps one empty slot above its count.

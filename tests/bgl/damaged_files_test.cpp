@@ -29,20 +29,20 @@ Totals Decode_Totals(const Bytes& bytes) {
 }
 
 // A file with one group of entries; blocks hold the given stream.
-Bgl_File_Spec Spec_Of(std::vector<std::string> idents, const Bytes& stream = {}) {
-    Bgl_File_Spec spec;
-    spec.groups.emplace_back();
+Bgl_File_Layout Layout_Of(std::vector<std::string> idents, const Bytes& stream = {}) {
+    Bgl_File_Layout layout;
+    layout.groups.emplace_back();
     for (const std::string& ident : idents) {
-        Airport_Entry& e = spec.groups[0].entries.emplace_back();
+        Airport_Entry& e = layout.groups[0].entries.emplace_back();
         e.ident = ident;
         e.stream = stream;
     }
-    return spec;
+    return layout;
 }
 
 // A built file with one word replaced.
-Bytes Patched(const Bgl_File_Spec& spec, size_t at, int32_t word) {
-    Byte_Writer w{Build_Bgl(spec)};
+Bytes Patched(const Bgl_File_Layout& layout, size_t at, int32_t word) {
+    Byte_Writer w{Build_Bgl(layout)};
     w.Patch_I32(at, word);
     return w.bytes;
 }
@@ -63,24 +63,24 @@ TEST(DamagedFiles, RecordsThatWouldNotMoveTheWalkEndIt) {
     // group of length 0 (it would begin again where it stands).
     Bytes stream = Concat({Name_Record("first"), {0x01, 0x00, 0x02, 0x00, 0xF8, 0xFF, 0xFF, 0xFF}});
     EXPECT_EQ(Decode_Totals(One_Airport_File("KAAA", stream)).airports, 1);
-    EXPECT_EQ(Decode_Totals(Patched(Spec_Of({"KAAA", "KBBB"}), 200 + 24 + 4, -8)).airports, 1);
-    EXPECT_EQ(Decode_Totals(Patched(Spec_Of({"KAAA", "KBBB"}), 200 + 4, -8)).airports, 2);
+    EXPECT_EQ(Decode_Totals(Patched(Layout_Of({"KAAA", "KBBB"}), 200 + 24 + 4, -8)).airports, 1);
+    EXPECT_EQ(Decode_Totals(Patched(Layout_Of({"KAAA", "KBBB"}), 200 + 4, -8)).airports, 2);
 }
 
 TEST(DamagedFiles, HugeCountsAndFarPositions) {
     // A million points cannot be in the file, nor 32767 paths: the block ends.
-    Bgl_File_Spec spec = Spec_Of(
+    Bgl_File_Layout layout = Layout_Of(
         {"KAAA"}, Taxiway_Block_Record({List_Header(1000000, 12), Point_List({{1, 0, 0}})}));
-    spec.groups[0].last_index = std::numeric_limits<int32_t>::max();
-    Totals t = Decode_Totals(Build_Bgl(spec));
+    layout.groups[0].last_index = std::numeric_limits<int32_t>::max();
+    Totals t = Decode_Totals(Build_Bgl(layout));
     EXPECT_EQ(t.airports, 1);
     EXPECT_EQ(t.elements, 0);
-    spec.groups[0].entries[0].stream = Taxiway_Block_Record({List_Header(32767, 32)});
-    EXPECT_EQ(Decode_Totals(Build_Bgl(spec)).elements, 0);
+    layout.groups[0].entries[0].stream = Taxiway_Block_Record({List_Header(32767, 32)});
+    EXPECT_EQ(Decode_Totals(Build_Bgl(layout)).elements, 0);
 
     for (int32_t far :
          {std::numeric_limits<int32_t>::max() - 3, std::numeric_limits<int32_t>::max()}) {
-        Bgl_File_Spec out_of_file = Spec_Of({"KAAA"});
+        Bgl_File_Layout out_of_file = Layout_Of({"KAAA"});
         out_of_file.airport_section_position = far;
         out_of_file.groups[0].entries[0].block_position = far;
         EXPECT_EQ(Decode_Totals(Build_Bgl(out_of_file)).airports, 0);
@@ -96,8 +96,8 @@ TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWork) {
     for (int i = 0; i < 2000; ++i) {
         Append_Bytes(runways, Runway_Record(r));
     }
-    Bgl_File_Spec spec = Spec_Of({"KAAA"}, runways);
-    Airport_Group& group = spec.groups.emplace_back();
+    Bgl_File_Layout layout = Layout_Of({"KAAA"}, runways);
+    Airport_Group& group = layout.groups.emplace_back();
     for (int i = 0; i < 20000; ++i) {
         Airport_Entry& e = group.entries.emplace_back();
         e.ident = "K" + std::to_string(i);
@@ -105,11 +105,11 @@ TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWork) {
     }
     // The layout does not depend on where the entries point: the first airport's block in
     // the finished file is where they all go.
-    const int32_t shared_block = Read_Int32_Le(Build_Bgl(spec), 200 + 24 + 12);
+    const int32_t shared_block = Read_Int32_Le(Build_Bgl(layout), 200 + 24 + 12);
     for (Airport_Entry& e : group.entries) {
         e.block_position = shared_block;
     }
-    Bytes file = Build_Bgl(spec);
+    Bytes file = Build_Bgl(layout);
     ASSERT_EQ(Read_Int32_Le(file, 200 + 24 + 12), shared_block);
     Totals t = Decode_Totals(file);
     EXPECT_GT(t.airports, 1);     // entries are decoded until the budget runs out ...

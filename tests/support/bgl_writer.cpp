@@ -195,12 +195,12 @@ size_t Entry_Size(const Airport_Entry& e) {
     return 16 + std::max(e.ident.size(), e.ident_padded_length);
 }
 
-size_t Section_Size(const Bgl_File_Spec& spec) {
-    if (spec.groups.empty()) {
+size_t Section_Size(const Bgl_File_Layout& layout) {
+    if (layout.groups.empty()) {
         return 0;
     }
     size_t size = 8; // end record
-    for (const auto& g : spec.groups) {
+    for (const auto& g : layout.groups) {
         size += 24 + g.gap_after_entries;
         for (const auto& e : g.entries) {
             size += Entry_Size(e);
@@ -211,16 +211,16 @@ size_t Section_Size(const Bgl_File_Spec& spec) {
 
 } // namespace
 
-Bytes Build_Bgl(const Bgl_File_Spec& spec) {
+Bytes Build_Bgl(const Bgl_File_Layout& layout) {
     Byte_Writer w;
     w.Zeros(kHeaderSize);
-    w.Patch_I32(118, static_cast<int32_t>(spec.marker));
-    w.Patch_I32(144, spec.layout_word);
+    w.Patch_I32(118, static_cast<int32_t>(layout.marker));
+    w.Patch_I32(144, layout.layout_word);
 
     const size_t section = kHeaderSize;
-    size_t block = section + Section_Size(spec);
-    if (!spec.groups.empty()) {
-        for (const auto& g : spec.groups) {
+    size_t block = section + Section_Size(layout);
+    if (!layout.groups.empty()) {
+        for (const auto& g : layout.groups) {
             size_t entries = 0;
             for (const auto& e : g.entries) {
                 entries += Entry_Size(e);
@@ -237,7 +237,7 @@ Bytes Build_Bgl(const Bgl_File_Spec& spec) {
             w.Zeros(g.gap_after_entries);
         }
         w.Append(Words({kEndOfSection, 0}));
-        for (const auto& g : spec.groups) {
+        for (const auto& g : layout.groups) {
             for (const auto& e : g.entries) {
                 w.Append(Words({e.block_word_0, 0, e.block_word_8, 0}));
                 w.Append(e.stream);
@@ -246,13 +246,13 @@ Bytes Build_Bgl(const Bgl_File_Spec& spec) {
         }
     }
     int32_t boundary = 0;
-    if (!spec.boundary_section.empty()) {
+    if (!layout.boundary_section.empty()) {
         boundary = static_cast<int32_t>(w.Size());
-        w.Append(spec.boundary_section);
+        w.Append(layout.boundary_section);
     }
-    w.Patch_I32(156, spec.airport_section_position.value_or(
-                         spec.groups.empty() ? 0 : static_cast<int32_t>(section)));
-    w.Patch_I32(164, spec.boundary_section_position.value_or(boundary));
+    w.Patch_I32(156, layout.airport_section_position.value_or(
+                         layout.groups.empty() ? 0 : static_cast<int32_t>(section)));
+    w.Patch_I32(164, layout.boundary_section_position.value_or(boundary));
     return w.bytes;
 }
 

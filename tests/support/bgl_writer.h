@@ -113,7 +113,7 @@ struct Airport_Group {
     size_t gap_after_entries = 0;      // bytes inside the group behind its last entry
 };
 
-struct Bgl_File_Spec {
+struct Bgl_File_Layout {
     uint32_t marker = 0x87654321u;
     int32_t layout_word = 1;
     std::vector<Airport_Group> groups;                // the airport section; none: no section
@@ -125,7 +125,7 @@ struct Bgl_File_Spec {
 // Header (marker at 118, layout word at 144, section positions at 156 and 164), the airport
 // section's groups ended by a record of another type, the data blocks, then the boundary
 // section.
-Bytes Build_Bgl(const Bgl_File_Spec& spec);
+Bytes Build_Bgl(const Bgl_File_Layout& layout);
 
 // magdec.bgl: the grid position at 110, an 8-byte record head, then 360 * 181 values, the
 // latitudes of one meridian south to north, meridians eastward from Greenwich.

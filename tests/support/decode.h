@@ -20,12 +20,12 @@ inline void Decode_Bgl_Bytes(Module1& module, const Bytes& bytes, bool database_
 
 // A file with one airport whose data block holds the given records.
 inline Bytes One_Airport_File(const std::string& ident, const Bytes& stream) {
-    Bgl_File_Spec spec;
+    Bgl_File_Layout layout;
     Airport_Entry entry;
     entry.ident = ident;
     entry.stream = stream;
-    spec.groups.push_back({{entry}, std::nullopt, 0});
-    return Build_Bgl(spec);
+    layout.groups.push_back({{entry}, std::nullopt, 0});
+    return Build_Bgl(layout);
 }
 
 inline Bytes Concat(std::initializer_list<Bytes> parts) {

@@ -365,12 +365,12 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, Full_World_S
                     group.entries.push_back(std::move(entry));
                     ++summary.airports;
                 }
-                Bgl_File_Spec spec;
-                spec.groups.push_back(std::move(group));
+                Bgl_File_Layout layout;
+                layout.groups.push_back(std::move(group));
                 char name[32];
                 std::snprintf(name, sizeof name, "AP%06lld.BGL",
                               static_cast<long long>(summary.airport_files));
-                Write_Bytes(root / "Scenery" / region.folder / "scenery" / name, Build_Bgl(spec),
+                Write_Bytes(root / "Scenery" / region.folder / "scenery" / name, Build_Bgl(layout),
                             summary.airport_bytes);
                 ++summary.airport_files;
             }
@@ -405,12 +405,12 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, Full_World_S
                                    boundaries.begin() +
                                        static_cast<long>(std::min(end, i + kBoundariesPerList)));
             }
-            Bgl_File_Spec spec;
-            spec.boundary_section = Boundary_Section(lists);
+            Bgl_File_Layout layout;
+            layout.boundary_section = Boundary_Section(lists);
             char name[32];
             std::snprintf(name, sizeof name, "BN%04lld.BGL",
                           static_cast<long long>(summary.atc_files));
-            Write_Bytes(root / "Scenery" / "ATC" / "scenery" / name, Build_Bgl(spec),
+            Write_Bytes(root / "Scenery" / "ATC" / "scenery" / name, Build_Bgl(layout),
                         summary.atc_bytes);
             ++summary.atc_files;
         }

@@ -465,14 +465,14 @@ bool Write_Sample_World(const std::string& description_path, const std::string& 
         Write_File((root / "Scenery" / "magdec.bgl").string(),
                    Build_Magdec(Magdec_Values(Variation_Counts)));
         for (const auto& file : world.files) {
-            Bgl_File_Spec spec;
+            Bgl_File_Layout layout;
             if (!file.airports.empty()) {
-                spec.groups.push_back({file.airports, std::nullopt, 0});
+                layout.groups.push_back({file.airports, std::nullopt, 0});
             }
             if (!file.boundaries.empty()) {
-                spec.boundary_section = Boundary_Section({file.boundaries});
+                layout.boundary_section = Boundary_Section({file.boundaries});
             }
-            Write_File((root / file.path).string(), Build_Bgl(spec));
+            Write_File((root / file.path).string(), Build_Bgl(layout));
         }
         for (const auto& file : world.junk) {
             Write_Text_File(root / file, "Not a scenery file.\r\n");
