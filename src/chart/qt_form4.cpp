@@ -108,13 +108,15 @@ void Form4::Take_Pixel_Size() {
 void Form4::Redraw() {
     const int width = std::max(1, view.chart_px_width);
     const int height = std::max(1, view.chart_px_height);
-    QImage image(width, height, QImage::Format_RGB32);
+    // The back buffer is drawn over in place while its size holds: Cls paints all of it.
+    if (back_buffer.size() != QSize(width, height)) {
+        back_buffer = QImage(width, height, QImage::Format_RGB32);
+    }
     {
-        QPainter painter(&image);
-        Qt_Surface surface(painter, width, height);
+        QPainter painter(&back_buffer);
+        Qt_Surface surface(painter, width, height, &sprites);
         Redraw_Chart(surface, view, program_.module());
     }
-    back_buffer = std::move(image);
     chart_area->repaint();
 }
 

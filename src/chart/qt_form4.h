@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "chart/chart_view.h"
+#include "chart/qt_surface.h"
 #include "link/fsuipc.h"
 
 class QLabel;
@@ -36,6 +37,7 @@ class Form4 : public QMainWindow {
 
     Chart_View view;
     QImage back_buffer;
+    Qt_Sprite_Cache sprites; // labels and discs kept from one redraw to the next
     QLabel* Label1 = nullptr;
     QPushButton* Command2 = nullptr;
     QPushButton* Command3 = nullptr;
