@@ -109,28 +109,29 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Label(std::string_view text, QRg
     Append_Bytes(key, color);
     key.append(text);
     if (auto found = sprites.find(key); found != sprites.end()) {
-        return &found->second;
+        return found->second.as_text ? nullptr : &found->second;
     }
 
-    const QFontMetricsF metrics(font);
     if (line_height == 0) {
+        const QFontMetricsF metrics(font);
         ascent = metrics.ascent();
         line_height = metrics.height();
         advances.fill(-1);
     }
-    // The label is drawn into a scratch image with room all round for whatever its
-    // glyphs do (bearings, kerning, accents, smoothing), and the sprite is cut out around
-    // the pixels it painted. Laying the text out once, and reusing the scratch image's
-    // paint engine, is what makes a new label cheap.
+    // The label is drawn into a scratch image a few pixels larger all round than its
+    // advance and line, for bearings, kerning, accents and smoothing, and the sprite is
+    // cut out around the pixels it painted. A label whose glyphs reach the scratch
+    // region's edge may have lost some to it; it is drawn as text instead, from then on.
     double advance = 0;
     for (char c : text) {
         double& a = advances[static_cast<unsigned char>(c)];
         if (a < 0) {
+            const QFontMetricsF metrics(font);
             a = std::max(0.0, metrics.horizontalAdvance(To_QString(std::string_view(&c, 1))));
         }
         advance += a;
     }
-    const int pad = static_cast<int>(std::ceil(line_height / 2)) + Sprite_Margin;
+    constexpr int pad = Sprite_Margin + 1;
     const double longest = advance + 2.0 * pad;
     const int height = static_cast<int>(std::ceil(line_height)) + 2 * pad;
     if (longest * height * sizeof(QRgb) > Max_Bytes / 16.0) {
@@ -168,9 +169,15 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Label(std::string_view text, QRg
         }
         painted |= QRect(first, y, last - first + 1, 1);
     }
-    Sprite sprite{painted.isNull() ? QImage() : scratch.copy(painted),
-                  painted.topLeft() - QPoint(pad, pad)};
-    return Keep(std::move(key), std::move(sprite));
+    Sprite sprite;
+    if (!painted.isNull() && !QRect(1, 1, width - 2, height - 2).contains(painted)) {
+        sprite.as_text = true;
+    } else if (!painted.isNull()) {
+        sprite.image = scratch.copy(painted);
+        sprite.offset = painted.topLeft() - QPoint(pad, pad);
+    }
+    const Sprite* kept = Keep(std::move(key), std::move(sprite));
+    return kept == nullptr || kept->as_text ? nullptr : kept;
 }
 
 const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Disc(int32_t width, int32_t height, const QPen& pen,

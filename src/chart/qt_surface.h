@@ -38,10 +38,12 @@ class Qt_Sprite_Cache {
         // Where the image's top left corner goes, from the piece's own reference point
         // (a label's top left corner, a disc's box corner).
         QPoint offset;
+        bool as_text = false; // a label kept out, drawn as text each time
     };
 
-    // A label in the chart label font, text in Windows-1252; null for a label too long
-    // to keep, which is then drawn as text.
+    // A label in the chart label font, text in Windows-1252; null for a label that is
+    // to be drawn as text: one too long to keep, or one whose glyphs spread further than
+    // a sprite's room for them.
     const Sprite* Label(std::string_view text, QRgb color, QPainter::RenderHints hints);
     // An unsmoothed ellipse in a box of width by height pixels, outlined by pen and
     // filled by brush.
