@@ -320,18 +320,18 @@ struct Bench {
     }
 
     void Print() const {
-        std::printf("%-38s %10s %10s %12s %8s %9s\n", "operation", "median ms", "min ms",
+        std::printf("%-42s %10s %10s %12s %8s %9s\n", "operation", "median ms", "min ms",
                     "plain read", "ratio", "target");
         for (const Case_Result& r : results) {
             const double median = Median(r.ms);
             const double low = *std::min_element(r.ms.begin(), r.ms.end());
             if (r.read_ms.empty()) {
-                std::printf("%-38s %10.3f %10.3f %12s %8s %6.0f ms %s  %s\n", r.name.c_str(),
+                std::printf("%-42s %10.3f %10.3f %12s %8s %6.0f ms %s  %s\n", r.name.c_str(),
                             median, low, "-", "-", r.target_ms,
                             median < r.target_ms ? "met" : "MISSED", r.note.c_str());
             } else {
                 const double read = Median(r.read_ms);
-                std::printf("%-38s %10.1f %10.1f %9.1f ms %8.1f %6.0f ms %s  %s\n", r.name.c_str(),
+                std::printf("%-42s %10.1f %10.1f %9.1f ms %8.1f %6.0f ms %s  %s\n", r.name.c_str(),
                             median, low, read, median / read, r.target_ms,
                             median < r.target_ms ? "met" : "MISSED", r.note.c_str());
             }
