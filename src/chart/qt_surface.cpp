@@ -89,7 +89,11 @@ template <class T> void Append_Bytes(std::string& key, const T& value) {
 } // namespace
 
 const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Keep(std::string&& key, Sprite&& sprite) {
-    const auto sprite_bytes = static_cast<size_t>(sprite.image.sizeInBytes());
+    // The key and the table's own entry count too, so that a stream of labels that
+    // paint nothing is bounded like any other.
+    constexpr size_t Entry_Bytes = 64;
+    const size_t sprite_bytes =
+        static_cast<size_t>(sprite.image.sizeInBytes()) + key.size() + Entry_Bytes;
     if (sprite_bytes > Max_Bytes / 16) {
         return nullptr;
     }
