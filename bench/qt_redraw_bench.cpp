@@ -2,11 +2,9 @@
 
 #include <QGuiApplication>
 #include <QImage>
-#include <QPainter>
 #include <chrono>
 
-#include "chart/chart_draw.h"
-#include "chart/qt_surface.h"
+#include "chart/qt_form4.h"
 #include "shell/module1.h"
 
 void Start_Qt_For_Bench() {
@@ -31,13 +29,7 @@ struct Window_State {
 };
 
 void Redraw_Once(const Chart_View& view, Module1& module, Window_State& window) {
-    const QSize size(view.chart_px_width, view.chart_px_height);
-    if (window.back_buffer.size() != size) {
-        window.back_buffer = QImage(size, QImage::Format_RGB32);
-    }
-    QPainter painter(&window.back_buffer);
-    Qt_Surface surface(painter, size.width(), size.height(), &window.sprites);
-    Redraw_Chart(surface, view, module);
+    Redraw_Back_Buffer(window.back_buffer, window.sprites, view, module);
 }
 
 } // namespace

@@ -105,18 +105,21 @@ void Form4::Take_Pixel_Size() {
     view.chart_px_height = outer.height();
 }
 
-void Form4::Redraw() {
+void Redraw_Back_Buffer(QImage& back_buffer, Qt_Sprite_Cache& sprites, const Chart_View& view,
+                        Module1& module) {
     const int width = std::max(1, view.chart_px_width);
     const int height = std::max(1, view.chart_px_height);
     // The back buffer is drawn over in place while its size holds: Cls paints all of it.
     if (back_buffer.size() != QSize(width, height)) {
         back_buffer = QImage(width, height, QImage::Format_RGB32);
     }
-    {
-        QPainter painter(&back_buffer);
-        Qt_Surface surface(painter, width, height, &sprites);
-        Redraw_Chart(surface, view, program_.module());
-    }
+    QPainter painter(&back_buffer);
+    Qt_Surface surface(painter, width, height, &sprites);
+    Redraw_Chart(surface, view, module);
+}
+
+void Form4::Redraw() {
+    Redraw_Back_Buffer(back_buffer, sprites, view, program_.module());
     chart_area->repaint();
 }
 

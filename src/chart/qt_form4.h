@@ -17,6 +17,13 @@ class QPushButton;
 class Link_Transport;
 class Quilmark_Program;
 
+struct Module1;
+
+// The chart window's redraw: Redraw_Chart into its back buffer, made anew only when the
+// view's pixel size changes, with the sprites the window keeps between redraws.
+void Redraw_Back_Buffer(QImage& back_buffer, Qt_Sprite_Cache& sprites, const Chart_View& view,
+                        Module1& module);
+
 class Form4 : public QMainWindow {
   public:
     explicit Form4(Quilmark_Program& program);
