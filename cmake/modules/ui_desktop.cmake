@@ -7,7 +7,8 @@ target_compile_options(quilmark PRIVATE ${QUILMARK_WARNINGS})
 
 # Pictures of the forms for the documentation: scripts/screenshots.sh runs this under Xvfb.
 add_executable(quilmark-screenshots ${CMAKE_SOURCE_DIR}/tools/screenshots/main.cpp)
-target_link_libraries(quilmark-screenshots PRIVATE quilmark_ui)
+# The aircraft in the chart's picture comes from the tests' fake module.
+target_link_libraries(quilmark-screenshots PRIVATE quilmark_ui quilmark_test_support)
 target_compile_options(quilmark-screenshots PRIVATE ${QUILMARK_WARNINGS})
 
 # The forms' tests walk the flows on the generated sample world.

@@ -134,7 +134,7 @@ void Form4::Form_Load() {
                          : nullptr;
         Link_Reset(link_);
         link_.transport = transport_.get();
-        int32_t result = 0;
+        Link_Result result = Link_Result::ok;
         m.fsuipc_connected = transport_ != nullptr && Link_Open(link_, fsuipc_fs2002, result);
         if (!m.fsuipc_connected) {
             program_.Message(Link_Open_Failed_Text, Message_Title, Message_Icon::Exclamation);
@@ -233,7 +233,7 @@ void Form4::Command3_Click() {
 // The four values of the chart, each in an exchange of its own with the simulator.
 bool Form4::Read_Aircraft() {
     Module1& m = program_.module();
-    int32_t result = 0;
+    Link_Result result = Link_Result::ok;
     int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
     uint16_t altimeter_raw = 0;
     const auto read = [&](int32_t offset, int32_t size, void* into) {

@@ -29,30 +29,30 @@ std::vector<uint8_t> Form_Bridge_Request(uint32_t command, const std::vector<uin
     return frame;
 }
 
-int32_t Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side) {
+Link_Result Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side) {
     bridge.module_side = &module_side;
     bridge.frame.assign(bridge_max_frame, 0);
     bridge.message = module_side.Register_Message(link_message_name);
     if (bridge.message == 0) {
-        return 3;
+        return Link_Result::no_message;
     }
     char name[24];
     Form_Block_Name(module_side.Current_Process_Id(), name);
     bridge.atom = static_cast<int16_t>(module_side.Add_Atom(name));
     if (bridge.atom == 0) {
-        return 4;
+        return Link_Result::no_atom;
     }
     bridge.mapping = module_side.Create_Mapping(name, link_block_size);
     if (bridge.mapping == 0 || module_side.Last_Error() == link_error_already_exists) {
         Bridge_Close(bridge);
-        return 5;
+        return Link_Result::no_mapping;
     }
     bridge.view = module_side.Map_View(bridge.mapping);
     if (bridge.view == nullptr) {
         Bridge_Close(bridge);
-        return 6;
+        return Link_Result::no_view;
     }
-    return 0;
+    return Link_Result::ok;
 }
 
 void Bridge_Close(Bridge_Server_Rec& bridge) {

@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "link/fsuipc.h"
 #include "link/link_transport.h"
 #include "link/request_list.h"
 
@@ -62,8 +63,8 @@ struct Bridge_Server_Rec {
 
 enum class Bridge_Outcome { answered, no_request, malformed, answer_lost };
 
-// 0, or the result code that Link_Open would give at the failing step (3 to 6).
-int32_t Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side);
+// ok, or the result that Link_Open would give at the failing step (no_message to no_view).
+Link_Result Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side);
 void Bridge_Close(Bridge_Server_Rec& bridge);
 // Reads one frame from stream and answers it. no_request: the peer closed or went quiet
 // before a whole header came.

@@ -78,12 +78,12 @@ void Link_Reset(Fsuipc_Rec& link) {
     link.link_destinations.clear();
 }
 
-bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, int32_t& result) {
+bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, Link_Result& result) {
     Link_Transport& sys = *link.transport;
     link.link_module_version = 0;
     link.link_sim_version = 0;
     if (link.link_view != nullptr) {
-        result = 1;
+        result = Link_Result::already_open;
         return false;
     }
 
@@ -94,13 +94,13 @@ bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, int32_t& result) {
         fallback_class = true;
     }
     if (link.link_window == 0) {
-        result = 2;
+        result = Link_Result::no_window;
         return false;
     }
 
     link.link_message = sys.Register_Message(link_message_name);
     if (link.link_message == 0) {
-        result = 3;
+        result = Link_Result::no_message;
         return false;
     }
 
@@ -108,21 +108,21 @@ bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, int32_t& result) {
     Form_Block_Name(sys.Current_Process_Id(), name);
     link.link_atom = static_cast<int16_t>(sys.Add_Atom(name));
     if (link.link_atom == 0) {
-        result = 4;
+        result = Link_Result::no_atom;
         Link_Close(link);
         return false;
     }
 
     link.link_mapping = sys.Create_Mapping(name, link_block_size);
     if (link.link_mapping == 0 || sys.Last_Error() == link_error_already_exists) {
-        result = 5;
+        result = Link_Result::no_mapping;
         Link_Close(link);
         return false;
     }
 
     link.link_view = sys.Map_View(link.link_mapping);
     if (link.link_view == nullptr) {
-        result = 6;
+        result = Link_Result::no_view;
         Link_Close(link);
         return false;
     }
@@ -153,17 +153,17 @@ bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, int32_t& result) {
 
     uint32_t pattern = static_cast<uint32_t>(link.link_sim_version) >> 16;
     if (link.link_module_version < fsuipc_min_module_version || pattern != sim_check_pattern) {
-        result = fallback_class ? 14 : 7;
+        result = fallback_class ? Link_Result::bad_version_fallback : Link_Result::bad_version;
         Link_Close(link);
         return false;
     }
     link.link_sim_version &= 0xFFFF;
 
     if (required_sim == 0 || required_sim == link.link_sim_version) {
-        result = 0;
+        result = Link_Result::ok;
         return true;
     }
-    result = 8;
+    result = Link_Result::wrong_simulator;
     Link_Close(link);
     return false;
 }
@@ -187,13 +187,14 @@ void Link_Close(Fsuipc_Rec& link) {
     }
 }
 
-bool Link_Read(Fsuipc_Rec& link, int32_t offset, int32_t size, void* destination, int32_t& result) {
+bool Link_Read(Fsuipc_Rec& link, int32_t offset, int32_t size, void* destination,
+               Link_Result& result) {
     if (link.link_view == nullptr) {
-        result = 9;
+        result = Link_Result::not_open;
         return false;
     }
     if (!Fits(link, link_read_header, size)) {
-        result = 15;
+        result = Link_Result::too_big;
         return false;
     }
     uint32_t token = 0;
@@ -206,18 +207,18 @@ bool Link_Read(Fsuipc_Rec& link, int32_t offset, int32_t size, void* destination
     link.link_next += link_read_header;
     std::memset(link.link_next, 0, static_cast<size_t>(size));
     link.link_next += size;
-    result = 0;
+    result = Link_Result::ok;
     return true;
 }
 
 bool Link_Write(Fsuipc_Rec& link, int32_t offset, int32_t size, const void* source,
-                int32_t& result) {
+                Link_Result& result) {
     if (link.link_view == nullptr) {
-        result = 9;
+        result = Link_Result::not_open;
         return false;
     }
     if (!Fits(link, link_write_header, size)) {
-        result = 15;
+        result = Link_Result::too_big;
         return false;
     }
     Put_Header(link.link_next, link_write_id, offset, size);
@@ -228,17 +229,17 @@ bool Link_Write(Fsuipc_Rec& link, int32_t offset, int32_t size, const void* sour
         std::memset(link.link_next, 0, static_cast<size_t>(size));
     }
     link.link_next += size;
-    result = 0;
+    result = Link_Result::ok;
     return true;
 }
 
-bool Link_Process(Fsuipc_Rec& link, int32_t& result) {
+bool Link_Process(Fsuipc_Rec& link, Link_Result& result) {
     if (link.link_view == nullptr) {
-        result = 9;
+        result = Link_Result::not_open;
         return false;
     }
     if (link.link_next == link.link_view) {
-        result = 10;
+        result = Link_Result::queue_empty;
         return false;
     }
     Put_U32(link.link_next, 0);
@@ -259,12 +260,12 @@ bool Link_Process(Fsuipc_Rec& link, int32_t& result) {
                                         link_smto_block, link_send_timeout_ms, answer);
     }
     if (!sent) {
-        result = sys.Last_Error() == 0 ? 11 : 12;
+        result = sys.Last_Error() == 0 ? Link_Result::no_answer : Link_Result::send_failed;
         Empty_Queue(link);
         return false;
     }
     if (answer != 1) {
-        result = 13;
+        result = Link_Result::refused;
         Empty_Queue(link);
         return false;
     }
@@ -274,6 +275,6 @@ bool Link_Process(Fsuipc_Rec& link, int32_t& result) {
     if (!walked) {
         return false;
     }
-    result = 0;
+    result = Link_Result::ok;
     return true;
 }

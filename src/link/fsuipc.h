@@ -3,23 +3,7 @@
 // (see request_list.h), sends them with one blocking window message, and copies the answers
 // into the caller's variables.
 //
-// Every operation returns true for success and leaves a result code in result:
-//    0 success
-//    1 the link is already open                          Link_Open
-//    2 no module window of either class                  Link_Open
-//    3 the message can't be registered                   Link_Open
-//    4 the atom can't be added                           Link_Open
-//    5 the mapping can't be created, or already exists   Link_Open
-//    6 the view can't be mapped                          Link_Open
-//    7 version or check pattern wrong, via UIPCMAIN      Link_Open
-//    8 not the simulator asked for                       Link_Open
-//    9 the link isn't open                               Link_Read, Link_Write, Link_Process
-//   10 the queue is empty                                Link_Process
-//   11 no answer in time, no system error                Link_Process
-//   12 no answer, with a system error                    Link_Process
-//   13 the module answered something other than 1        Link_Process
-//   14 version or check pattern wrong, via FS98MAIN      Link_Open
-//   15 the request doesn't fit in the block              Link_Read, Link_Write
+// Every operation returns true for success and leaves a Link_Result in result (below).
 //
 // Calling order: Link_Reset, Link_Open, rounds of Link_Read / Link_Write then Link_Process,
 // Link_Close. A caller that gets false from Link_Read, Link_Write or Link_Process closes.
@@ -29,6 +13,27 @@
 #include <vector>
 
 #include "link/link_transport.h"
+
+// What an operation of the link came to. The numbers are the module protocol's own result
+// codes, so that a code printed in a diagnosis means the same everywhere.
+enum class Link_Result : int32_t {
+    ok = 0,
+    already_open = 1,          // Link_Open
+    no_window = 2,             // Link_Open: no module window of either class
+    no_message = 3,            // Link_Open: the message can't be registered
+    no_atom = 4,               // Link_Open: the atom can't be added
+    no_mapping = 5,            // Link_Open: the mapping can't be created, or already exists
+    no_view = 6,               // Link_Open: the view can't be mapped
+    bad_version = 7,           // Link_Open: version or check pattern wrong, via UIPCMAIN
+    wrong_simulator = 8,       // Link_Open: not the simulator asked for
+    not_open = 9,              // Link_Read, Link_Write, Link_Process
+    queue_empty = 10,          // Link_Process
+    no_answer = 11,            // Link_Process: no answer in time, no system error
+    send_failed = 12,          // Link_Process: no answer, with a system error
+    refused = 13,              // Link_Process: the module answered something other than 1
+    bad_version_fallback = 14, // Link_Open: version or check pattern wrong, via FS98MAIN
+    too_big = 15,              // Link_Read, Link_Write: the request doesn't fit in the block
+};
 
 // A read's destination as the client remembers it. The record in the block has only 4 bytes
 // for the destination, too few for an address of a 64-bit process, so it carries a token:
@@ -58,13 +63,14 @@ constexpr int32_t fsuipc_fs2002 = 6;
 constexpr int32_t fsuipc_min_module_version = 0x19980005;
 
 void Link_Reset(Fsuipc_Rec& link);
-bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, int32_t& result);
+bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, Link_Result& result);
 void Link_Close(Fsuipc_Rec& link);
 // Queues a read of size bytes at offset into destination, which must stay valid and hold
 // size bytes until Link_Process returns. A null destination queues the read but drops the
 // answer. A negative size doesn't fit (15).
-bool Link_Read(Fsuipc_Rec& link, int32_t offset, int32_t size, void* destination, int32_t& result);
+bool Link_Read(Fsuipc_Rec& link, int32_t offset, int32_t size, void* destination,
+               Link_Result& result);
 // Queues a write of size bytes at offset; the value is copied from source at once.
 bool Link_Write(Fsuipc_Rec& link, int32_t offset, int32_t size, const void* source,
-                int32_t& result);
-bool Link_Process(Fsuipc_Rec& link, int32_t& result);
+                Link_Result& result);
+bool Link_Process(Fsuipc_Rec& link, Link_Result& result);

@@ -33,29 +33,29 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // Link_Open through the bridge: the open's result code, with the link open on 0.
-int32_t Open(Fsuipc_Rec& link, Bridge_Transport& transport, int patience_s) {
+int Open(Fsuipc_Rec& link, Bridge_Transport& transport, int patience_s) {
     link.transport = &transport;
     auto deadline = Clock::now() + std::chrono::seconds(patience_s);
-    int32_t result = -1;
+    Link_Result result = Link_Result::ok;
     for (;;) {
         Link_Reset(link);
         if (Link_Open(link, fsuipc_fs2002, result)) {
-            return result;
+            return 0;
         }
         Link_Close(link);
         // A slow machine may need a moment before Wine hands the first connection over.
-        if (result != 2 || Clock::now() > deadline) {
-            return result;
+        if (result != Link_Result::no_window || Clock::now() > deadline) {
+            return static_cast<int>(result);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(250));
     }
 }
 
 bool Read_One(Fsuipc_Rec& link, int32_t offset, int32_t size, void* into) {
-    int32_t result = -1;
+    Link_Result result = Link_Result::ok;
     bool ok = Link_Read(link, offset, size, into, result) && Link_Process(link, result);
     if (!ok) {
-        std::printf("  reading 0x%04X failed with result %d\n", offset, result);
+        std::printf("  reading 0x%04X failed with result %d\n", offset, static_cast<int>(result));
     }
     return ok;
 }
@@ -64,7 +64,7 @@ int Check_Values(uint16_t port) {
     Bridge_Transport transport(port);
     Fsuipc_Rec link;
     std::printf("opening the link through the bridge on 127.0.0.1:%u\n", port);
-    int32_t result = Open(link, transport, 20);
+    int result = Open(link, transport, 20);
     std::printf("  Link_Open: result %d, module version 0x%08X, simulator %d\n", result,
                 static_cast<unsigned>(link.link_module_version), link.link_sim_version);
     int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
@@ -92,7 +92,7 @@ int Check_Values(uint16_t port) {
 int Check_No_Window(uint16_t port) {
     Bridge_Transport transport(port);
     Fsuipc_Rec link;
-    int32_t result = Open(link, transport, 0);
+    int result = Open(link, transport, 0);
     Link_Close(link);
     std::printf("Link_Open with the bridge but no module: result %d\n", result);
     return result == 2 ? 0 : 1;

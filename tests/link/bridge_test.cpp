@@ -16,8 +16,8 @@
 
 #include "link/bridge_server.h"
 #include "link/bridge_transport.h"
-#include "link/fake_module.h"
 #include "link/fsuipc.h"
+#include "support/fake_module.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ std::vector<uint8_t> Sized(const std::vector<uint8_t>& p) {
 
 class Bridge_Test : public ::testing::Test {
   protected:
-    Bridge_Test() { EXPECT_EQ(Bridge_Open(bridge, fake), 0); }
+    Bridge_Test() { EXPECT_EQ(Bridge_Open(bridge, fake), Link_Result::ok); }
     ~Bridge_Test() override { Bridge_Close(bridge); }
 
     Fake_Module_Transport fake;
@@ -202,8 +202,8 @@ TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridgeAndNoBridgeMeansNoWind
     Fsuipc_Rec link;
     link.transport = &transport;
     Link_Reset(link);
-    int32_t result = -1;
-    ASSERT_TRUE(Link_Open(link, fsuipc_fs2002, result)) << result;
+    Link_Result result = Link_Result::ok;
+    ASSERT_TRUE(Link_Open(link, fsuipc_fs2002, result)) << static_cast<int>(result);
     int32_t lat = 0;
     uint16_t altimeter = 0;
     ASSERT_TRUE(Link_Read(link, 0x0564, 4, &lat, result));
@@ -218,7 +218,7 @@ TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridgeAndNoBridgeMeansNoWind
     server.reset(); // nothing listens on the port any more
     Link_Reset(link);
     EXPECT_FALSE(Link_Open(link, fsuipc_fs2002, result));
-    EXPECT_EQ(result, 2);
+    EXPECT_EQ(result, Link_Result::no_window);
     EXPECT_EQ(transport.Atoms_Held(), 0u);
 }
 

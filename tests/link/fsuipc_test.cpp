@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "link/fake_module.h"
 #include "link/fsuipc.h"
+#include "support/fake_module.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ namespace {
 struct Client {
     Fake_Module_Transport fake;
     Fsuipc_Rec link;
-    int32_t result = -1;
+    Link_Result result = static_cast<Link_Result>(-1);
 
     Client() {
         link.transport = &fake;
@@ -24,13 +24,14 @@ struct Client {
     bool Open(int32_t sim = fsuipc_fs2002) { return Link_Open(link, sim, result); }
     // Opens, then forgets what the open sent.
     void Opened() {
-        ASSERT_TRUE(Open()) << result;
+        ASSERT_TRUE(Open()) << Code();
         fake.sends = fake.exchanges = fake.slept_ms = 0;
     }
     bool Read(int32_t offset, int32_t size, void* into) {
         return Link_Read(link, offset, size, into, result);
     }
     bool Process() { return Link_Process(link, result); }
+    int32_t Code() const { return static_cast<int32_t>(result); }
     bool Nothing_Held() const {
         return link.link_view == nullptr && fake.Atoms_Held() == 0 && fake.Views_Held() == 0;
     }
@@ -76,7 +77,7 @@ TEST(Fsuipc, OpenGivesEachResultCodeAndReleasesWhatItMadeOnFailure) {
         c.setup(client.fake);
         size_t handles_before = client.fake.Handles_Held();
         EXPECT_EQ(client.Open(c.required_sim), c.result == 0);
-        EXPECT_EQ(client.result, c.result);
+        EXPECT_EQ(client.Code(), c.result);
         EXPECT_EQ(client.Nothing_Held(), c.result != 0);
         if (c.result == 0) {
             EXPECT_EQ(client.link.link_next, client.link.link_view);
@@ -125,7 +126,7 @@ TEST(Fsuipc, OpenNamesTheBlockByAtomSendsTheClientVersionAndKeepsTheSimulatorCod
     // A second open reports 1 and leaves the link working.
     uint8_t* view = c.link.link_view;
     EXPECT_FALSE(c.Open());
-    EXPECT_EQ(c.result, 1);
+    EXPECT_EQ(c.Code(), 1);
     EXPECT_EQ(c.link.link_view, view);
     int32_t lat = 0;
     c.fake.space.Set_U32(0x0564, 1234);
@@ -140,7 +141,7 @@ TEST(Fsuipc, OpenAsksAgainWhileTheModuleAnswersZeroVersions) {
         c.fake.zero_version_exchanges = zero_exchanges;
         bool ok = zero_exchanges < 5;
         EXPECT_EQ(c.Open(), ok);
-        EXPECT_EQ(c.result, ok ? 0 : 7);
+        EXPECT_EQ(c.Code(), ok ? 0 : 7);
         uint32_t exchanges = std::min(zero_exchanges + 1, 5u);
         EXPECT_EQ(c.fake.exchanges, exchanges);
         EXPECT_EQ(c.fake.slept_ms, 100 * exchanges); // the wait follows every try
@@ -151,17 +152,17 @@ TEST(Fsuipc, ClosedLinkRefusesEveryRequestAndAnEmptyQueueSendsNothing) {
     Client c;
     int32_t value = 0;
     EXPECT_FALSE(c.Read(0x0564, 4, &value));
-    EXPECT_EQ(c.result, 9);
-    c.result = -1;
+    EXPECT_EQ(c.Code(), 9);
+    c.result = static_cast<Link_Result>(-1);
     EXPECT_FALSE(Link_Write(c.link, 0x0564, 4, &value, c.result));
-    EXPECT_EQ(c.result, 9);
-    c.result = -1;
+    EXPECT_EQ(c.Code(), 9);
+    c.result = static_cast<Link_Result>(-1);
     EXPECT_FALSE(c.Process());
-    EXPECT_EQ(c.result, 9);
+    EXPECT_EQ(c.Code(), 9);
 
     c.Opened();
     EXPECT_FALSE(c.Process());
-    EXPECT_EQ(c.result, 10);
+    EXPECT_EQ(c.Code(), 10);
     EXPECT_EQ(c.fake.sends, 0u);
 }
 
@@ -197,7 +198,7 @@ TEST(Fsuipc, RequestsFitUpTo32512Bytes) {
         uint8_t* next = c.link.link_next;
         bool ok = k.write ? Link_Write(c.link, 0x4000, k.size, source.data(), c.result)
                           : c.Read(0x4000, k.size, nullptr);
-        EXPECT_EQ(c.result, k.result);
+        EXPECT_EQ(c.Code(), k.result);
         EXPECT_EQ(ok, k.result == 0);
         if (!ok) {
             EXPECT_EQ(c.link.link_next, next); // the queue is unchanged
@@ -227,7 +228,7 @@ TEST(Fsuipc, ProcessDeliversEachReadToItsDestination) {
     ASSERT_TRUE(c.Read(0x0100, 1, &byte));
     ASSERT_TRUE(c.Read(0x0EC6, 2, &altimeter));
     ASSERT_TRUE(c.Process());
-    EXPECT_EQ(c.result, 0);
+    EXPECT_EQ(c.Code(), 0);
     EXPECT_EQ(lat, 0x11223344);
     EXPECT_EQ(static_cast<uint32_t>(lon), 0xA0B0C0D0u);
     EXPECT_EQ(byte, 0x77);
@@ -265,11 +266,11 @@ TEST(Fsuipc, FailedProcessLeavesTheQueueEmpty) {
         ASSERT_TRUE(c.Read(0x0564, 4, &value));
         setup(c.fake);
         EXPECT_FALSE(c.Process());
-        EXPECT_EQ(c.result, result);
+        EXPECT_EQ(c.Code(), result);
         EXPECT_EQ(c.link.link_next, c.link.link_view);
         EXPECT_TRUE(c.link.link_destinations.empty());
         EXPECT_FALSE(c.Process());
-        EXPECT_EQ(c.result, 10);
+        EXPECT_EQ(c.Code(), 10);
     }
 }
 
@@ -284,7 +285,7 @@ TEST(Fsuipc, ProcessSendsAgainUpToNineTimes) {
         ASSERT_TRUE(c.Read(0x3308, 4, &value));
         bool ok = failures <= 9;
         EXPECT_EQ(c.Process(), ok);
-        EXPECT_EQ(c.result, ok ? 0 : 12);
+        EXPECT_EQ(c.Code(), ok ? 0 : 12);
         EXPECT_EQ(c.fake.sends, std::min(failures + 1, 10u));
         EXPECT_EQ(c.fake.slept_ms, 100 * std::min(failures, 9u));
         EXPECT_EQ(value, ok ? static_cast<int32_t>(0xFADE0006) : 0);
@@ -300,9 +301,9 @@ TEST(Fsuipc, UnknownRecordInTheAnswerEndsTheWalk) {
     ASSERT_TRUE(c.Read(0x0564, 4, &lat));
     ASSERT_TRUE(c.Read(0x056C, 4, &lon));
     c.fake.garble_answer = true;
-    c.result = 99;
+    c.result = static_cast<Link_Result>(99);
     EXPECT_FALSE(c.Process());
-    EXPECT_EQ(c.result, 99); // left as it was
+    EXPECT_EQ(c.Code(), 99); // left as it was
     EXPECT_EQ(lat, 41);
     EXPECT_EQ(lon, 0);
     EXPECT_EQ(c.link.link_next, c.link.link_view);

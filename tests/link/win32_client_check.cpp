@@ -10,10 +10,10 @@ int main() {
     Win32_Transport transport;
     Fsuipc_Rec link;
     link.transport = &transport;
-    int32_t result = -1;
+    Link_Result result = Link_Result::ok;
     Link_Reset(link);
     if (!Link_Open(link, fsuipc_fs2002, result)) {
-        std::printf("win32 client: Link_Open failed with result %d\n", result);
+        std::printf("win32 client: Link_Open failed with result %d\n", static_cast<int>(result));
         return 1;
     }
     int32_t lat = 0, lon = 0, heading = 0;
@@ -26,8 +26,8 @@ int main() {
     Link_Close(link);
     std::printf("win32 client: result %d, module version 0x%08X, sim %d, raw lat %d lon %d "
                 "heading %d altimeter %u\n",
-                result, static_cast<unsigned>(link.link_module_version), link.link_sim_version, lat,
-                lon, heading, altimeter);
+                static_cast<int>(result), static_cast<unsigned>(link.link_module_version),
+                link.link_sim_version, lat, lon, heading, altimeter);
     bool expected = lat == mock_lat_raw && lon == mock_lon_raw && heading == mock_heading_raw &&
                     altimeter == mock_altimeter_raw && link.link_sim_version == 6;
     return ok && expected ? 0 : 1;

@@ -18,13 +18,13 @@
 #include "chart/recording_surface.h"
 #include "dialogs/qt_form5.h"
 #include "dialogs/qt_form6.h"
-#include "link/fake_module.h"
 #include "shell/config_file.h"
 #include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
 #include "shell/qt_program.h"
+#include "support/fake_module.h"
 #include "support/work_dir.h"
 
 namespace {

@@ -167,9 +167,9 @@ int main(int argc, char** argv) {
 
     Win32_Transport module_side;
     Bridge_Server_Rec bridge;
-    if (int32_t code = Bridge_Open(bridge, module_side); code != 0) {
-        std::printf("quilmark-bridge: cannot set up the shared block (step %d, error %u)\n", code,
-                    module_side.Last_Error());
+    if (Link_Result code = Bridge_Open(bridge, module_side); code != Link_Result::ok) {
+        std::printf("quilmark-bridge: cannot set up the shared block (step %d, error %u)\n",
+                    static_cast<int>(code), module_side.Last_Error());
         closesocket(listener);
         WSACleanup();
         return 1;

@@ -11,12 +11,12 @@
 #include <iostream>
 
 #include "chart/qt_form4.h"
-#include "link/fake_module.h"
 #include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
 #include "shell/qt_program.h"
+#include "support/fake_module.h"
 
 namespace {
 

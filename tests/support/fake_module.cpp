@@ -1,4 +1,4 @@
-#include "link/fake_module.h"
+#include "support/fake_module.h"
 
 #include <cstring>
 
