@@ -30,12 +30,12 @@ function(quilmark_windows_exe name)
     set(LINK_WINDOWS_OUTPUTS ${LINK_WINDOWS_OUTPUTS} ${output} PARENT_SCOPE)
 endfunction()
 
-quilmark_windows_exe(quilmark-bridge
+set(LINK_BRIDGE_SOURCES
     ${LINK_TOOLS}/bridge_main.cpp ${LINK_TOOLS}/win32_transport.cpp
-    ${LINK_SRC}/bridge_server.cpp ${LINK_SRC}/request_list.cpp
-    LIBS -lws2_32)
-quilmark_windows_exe(quilmark-mock-module
-    ${LINK_TOOLS}/mock_module.cpp ${LINK_SRC}/request_list.cpp)
+    ${LINK_SRC}/bridge_server.cpp ${LINK_SRC}/net_bridge_loop.cpp ${LINK_SRC}/request_list.cpp)
+set(LINK_MOCK_SOURCES ${LINK_TOOLS}/mock_module.cpp ${LINK_SRC}/request_list.cpp)
+quilmark_windows_exe(quilmark-bridge ${LINK_BRIDGE_SOURCES} LIBS -lws2_32)
+quilmark_windows_exe(quilmark-mock-module ${LINK_MOCK_SOURCES})
 quilmark_windows_exe(link-win32-check
     ${CMAKE_SOURCE_DIR}/tests/link/win32_client_check.cpp ${LINK_TOOLS}/win32_transport.cpp
     ${LINK_SRC}/fsuipc.cpp ${LINK_SRC}/request_list.cpp)
@@ -44,10 +44,10 @@ add_custom_target(quilmark_link_windows ALL DEPENDS ${LINK_WINDOWS_OUTPUTS})
 # The native side of the Wine tests.
 add_executable(link_bridge_check ${CMAKE_SOURCE_DIR}/tests/link/bridge_check.cpp)
 target_include_directories(link_bridge_check PRIVATE ${LINK_TOOLS})
-target_link_libraries(link_bridge_check PRIVATE quilmark_core)
+target_link_libraries(link_bridge_check PRIVATE quilmark_net)
 target_compile_options(link_bridge_check PRIVATE ${QUILMARK_WARNINGS})
 
-# Both tests share one Wine prefix in the build directory, made by whichever runs first
+# The tests share one Wine prefix in the build directory, made by whichever runs first
 # (about 10 to 60 s), so they take turns.
 foreach(mode end-to-end malformed)
     add_test(NAME link_wine_${mode}

@@ -5,7 +5,7 @@ find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets Svg)
 
 file(GLOB QUILMARK_UI_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/*/qt_*.cpp)
 add_library(quilmark_ui STATIC ${QUILMARK_UI_SOURCES})
-target_link_libraries(quilmark_ui PUBLIC quilmark_core Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Svg)
+target_link_libraries(quilmark_ui PUBLIC quilmark_core quilmark_net Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Svg)
 target_compile_options(quilmark_ui PRIVATE ${QUILMARK_WARNINGS})
 set_target_properties(quilmark_ui PROPERTIES AUTOMOC ON)
 

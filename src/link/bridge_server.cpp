@@ -5,16 +5,15 @@
 
 namespace {
 
-bool Answer(Byte_Stream& stream, uint32_t status, uint32_t value, uint32_t error,
-            const uint8_t* data, uint32_t length) {
-    uint8_t header[bridge_answer_header];
-    Put_U32(header, bridge_magic);
-    Put_U32(header + 4, status);
-    Put_U32(header + 8, value);
-    Put_U32(header + 12, error);
-    Put_U32(header + 16, length);
-    return stream.Write_All(header, sizeof header) &&
-           (length == 0 || stream.Write_All(data, length));
+void Put_Answer(std::vector<uint8_t>& answer, uint32_t status, uint32_t value, uint32_t error,
+                const uint8_t* data, uint32_t length) {
+    answer.assign(bridge_answer_header, 0);
+    Put_U32(answer.data(), bridge_magic);
+    Put_U32(answer.data() + 4, status);
+    Put_U32(answer.data() + 8, value);
+    Put_U32(answer.data() + 12, error);
+    Put_U32(answer.data() + 16, length);
+    answer.insert(answer.end(), data, data + length);
 }
 
 } // namespace
@@ -31,7 +30,6 @@ std::vector<uint8_t> Form_Bridge_Request(uint32_t command, const std::vector<uin
 
 Link_Result Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side) {
     bridge.module_side = &module_side;
-    bridge.frame.assign(bridge_max_frame, 0);
     bridge.message = module_side.Register_Message(link_message_name);
     if (bridge.message == 0) {
         return Link_Result::no_message;
@@ -54,7 +52,6 @@ Link_Result Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side) 
     }
     return Link_Result::ok;
 }
-
 void Bridge_Close(Bridge_Server_Rec& bridge) {
     if (bridge.module_side == nullptr) {
         return;
@@ -73,52 +70,59 @@ void Bridge_Close(Bridge_Server_Rec& bridge) {
     }
 }
 
-Bridge_Outcome Bridge_Serve(Bridge_Server_Rec& bridge, Byte_Stream& stream) {
-    uint8_t header[bridge_request_header];
-    if (!stream.Read_Exact(header, sizeof header)) {
-        return Bridge_Outcome::no_request;
-    }
+bool Check_Bridge_Header(const uint8_t* header, uint32_t& length) {
     uint32_t command = Get_U32(header + 4);
-    uint32_t length = Get_U32(header + 8);
-    bool fits = false;
+    length = Get_U32(header + 8);
     if (Get_U32(header) != bridge_magic) {
-        fits = false;
-    } else if (command == bridge_find_window) {
-        fits = length >= 1 && length <= bridge_max_class_name;
-    } else if (command == bridge_send_list) {
-        fits = length >= bridge_send_prefix + link_closing_word && length <= bridge_max_frame;
+        return false;
     }
-    if (!fits || !stream.Read_Exact(bridge.frame.data(), length)) {
-        return Bridge_Outcome::malformed;
+    if (command == bridge_find_window) {
+        return length >= 1 && length <= bridge_max_class_name;
     }
+    if (command == bridge_send_list) {
+        return length >= bridge_send_prefix + link_closing_word && length <= bridge_max_frame;
+    }
+    return false;
+}
+
+bool Bridge_Answer(Bridge_Server_Rec& bridge, const uint8_t* frame, size_t size,
+                   std::vector<uint8_t>& answer) {
+    answer.clear();
+    uint32_t length = 0;
+    if (size < bridge_request_header || !Check_Bridge_Header(frame, length) ||
+        size - bridge_request_header != length) {
+        return false;
+    }
+    const uint8_t* payload = frame + bridge_request_header;
     Link_Transport& sys = *bridge.module_side;
 
-    if (command == bridge_find_window) {
+    if (Get_U32(frame + 4) == bridge_find_window) {
         char class_name[bridge_max_class_name + 1] = {};
-        std::memcpy(class_name, bridge.frame.data(), length);
+        std::memcpy(class_name, payload, length);
         if (std::strlen(class_name) != length) {
-            return Bridge_Outcome::malformed;
+            return false;
         }
         // Window handles keep their meaning in 32 bits, even between 32- and 64-bit processes.
         auto window = static_cast<uint32_t>(sys.Find_Window(class_name));
-        return Answer(stream, 1, window, 0, nullptr, 0) ? Bridge_Outcome::answered
-                                                        : Bridge_Outcome::answer_lost;
+        Put_Answer(answer, 1, window, 0, nullptr, 0);
+        return true;
     }
 
-    const uint8_t* list = bridge.frame.data() + bridge_send_prefix;
+    const uint8_t* list = payload + bridge_send_prefix;
     uint32_t list_length = length - bridge_send_prefix;
     if (Measure_Request_List(list, list_length) != list_length) {
-        return Bridge_Outcome::malformed;
+        return false;
     }
-    uint32_t window = Get_U32(bridge.frame.data());
-    uint32_t timeout_ms = std::min(Get_U32(bridge.frame.data() + 4), bridge_max_timeout_ms);
+    uint32_t window = Get_U32(payload);
+    uint32_t timeout_ms = std::min(Get_U32(payload + 4), bridge_max_timeout_ms);
     std::memcpy(bridge.view, list, list_length);
     uint64_t wparam = static_cast<uint64_t>(static_cast<int64_t>(bridge.atom));
     uint64_t result = 0;
-    bool sent = sys.Send_Message_Timeout(window, bridge.message, wparam, 0, link_smto_block,
-                                         timeout_ms, result);
-    bool delivered =
-        sent ? Answer(stream, 1, static_cast<uint32_t>(result), 0, bridge.view, list_length)
-             : Answer(stream, 0, 0, sys.Last_Error(), nullptr, 0);
-    return delivered ? Bridge_Outcome::answered : Bridge_Outcome::answer_lost;
+    if (sys.Send_Message_Timeout(window, bridge.message, wparam, 0, link_smto_block, timeout_ms,
+                                 result)) {
+        Put_Answer(answer, 1, static_cast<uint32_t>(result), 0, bridge.view, list_length);
+    } else {
+        Put_Answer(answer, 0, 0, sys.Last_Error(), nullptr, 0);
+    }
+    return true;
 }

@@ -13,8 +13,9 @@
 //     send list:    status 1 and value the message's result, then the answered list, of
 //                   the length sent; or status 0 and error the system error, length 0
 //
-// A frame that breaks any of this gets no answer: the bridge closes the connection and
-// waits for the next one. It checks every length before it reads or copies what follows.
+// A frame that breaks any of this gets no answer: the bridge closes the connection. It checks
+// every length before it reads or copies what follows. A client that closes its connection
+// before the answer has given up: its request is not handed to the module.
 #pragma once
 
 #include <cstddef>
@@ -36,15 +37,6 @@ constexpr uint32_t bridge_send_prefix = 8; // window and timeout before the list
 constexpr uint32_t bridge_max_frame = bridge_send_prefix + link_block_size;
 constexpr uint32_t bridge_max_timeout_ms = 5000;
 
-// A connection's bytes, whatever carries them.
-class Byte_Stream {
-  public:
-    virtual ~Byte_Stream() = default;
-    // False when the peer closed, the wait ran out, or the connection broke.
-    virtual bool Read_Exact(uint8_t* data, size_t size) = 0;
-    virtual bool Write_All(const uint8_t* data, size_t size) = 0;
-};
-
 // A request frame: header and payload. length is what the header claims; a sound frame
 // gives the payload's size.
 std::vector<uint8_t> Form_Bridge_Request(uint32_t command, const std::vector<uint8_t>& payload,
@@ -58,14 +50,17 @@ struct Bridge_Server_Rec {
     int32_t atom = 0;
     uint64_t mapping = 0;
     uint8_t* view = nullptr;
-    std::vector<uint8_t> frame;
 };
-
-enum class Bridge_Outcome { answered, no_request, malformed, answer_lost };
 
 // ok, or the result that Link_Open would give at the failing step (no_message to no_view).
 Link_Result Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side);
 void Bridge_Close(Bridge_Server_Rec& bridge);
-// Reads one frame from stream and answers it. no_request: the peer closed or went quiet
-// before a whole header came.
-Bridge_Outcome Bridge_Serve(Bridge_Server_Rec& bridge, Byte_Stream& stream);
+
+// Whether a request's first bridge_request_header bytes are sound; length gets the number of
+// payload bytes that must follow them.
+bool Check_Bridge_Header(const uint8_t* header, uint32_t& length);
+// Answers a whole request frame, header included: finds the window or hands the list to the
+// module, and puts the answer frame into answer. False for a frame that breaks the rules:
+// answer stays empty and nothing reaches the module.
+bool Bridge_Answer(Bridge_Server_Rec& bridge, const uint8_t* frame, size_t size,
+                   std::vector<uint8_t>& answer);

@@ -10,7 +10,7 @@
 #include "chart/qt_form4.h"
 #include "dialogs/qt_form5.h"
 #include "dialogs/qt_form6.h"
-#include "link/bridge_transport.h"
+#include "link/net_bridge_transport.h"
 #include "platform/text1252.h"
 #include "shell/module1.h"
 #include "shell/qt_form1.h"

@@ -6,8 +6,11 @@
 //   bridge_check no-window --port N   expects Link_Open to report 2 (bridge, no module)
 //   bridge_check malformed --port N   sends broken frames, expects no answer to any of them,
 //                                     and a sound request after each still answered
+//   bridge_check hold-up --port N     a trickling client is dropped while another is served,
+//                                     and a burst of 50 connections is all answered
 //
 // Exits 0 when everything was as expected, 1 otherwise, printing what it does.
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
@@ -15,6 +18,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <netinet/in.h>
+#include <poll.h>
 #include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -24,8 +28,8 @@
 
 #include "bgl/bgl_image.h"
 #include "chart/aircraft_overlay.h"
-#include "link/bridge_transport.h"
 #include "link/fsuipc.h"
+#include "link/net_bridge_transport.h"
 #include "platform/rounding.h"
 
 namespace {
@@ -98,10 +102,11 @@ int Check_No_Window(uint16_t port) {
     return result == 2 ? 0 : 1;
 }
 
-// Sends bytes, shutting our sending side after them if asked, and reads until the bridge
-// closes. Returns how many answer bytes came, -1 when the bridge neither answered nor
-// closed within the wait, -2 when it can't be reached.
-long Send_And_Collect(uint16_t port, const std::vector<uint8_t>& bytes, bool half_close) {
+// Sends bytes, gap_ms apart one by one when gap_ms isn't 0, shutting our sending side after
+// them if asked, and reads until the bridge closes. Returns how many answer bytes came, -1
+// when the bridge neither answered nor closed within the wait, -2 when it can't be reached.
+long Send_And_Collect(uint16_t port, const std::vector<uint8_t>& bytes, bool half_close,
+                      int gap_ms = 0) {
     int fd = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -113,7 +118,14 @@ long Send_And_Collect(uint16_t port, const std::vector<uint8_t>& bytes, bool hal
         close(fd);
         return -2;
     }
-    send(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    for (size_t at = 0; at < bytes.size(); at += gap_ms == 0 ? bytes.size() : 1) {
+        // Between the bytes, stop as soon as the bridge answers or closes.
+        pollfd readable{fd, POLLIN, 0};
+        if (at > 0 && poll(&readable, 1, gap_ms) > 0) {
+            break;
+        }
+        send(fd, bytes.data() + at, gap_ms == 0 ? bytes.size() : 1, MSG_NOSIGNAL);
+    }
     if (half_close) {
         shutdown(fd, SHUT_WR);
     }
@@ -174,6 +186,50 @@ int Check_Malformed(uint16_t port) {
     return failures == 0 ? 0 : 1;
 }
 
+double Seconds_Since(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Clients that would hold a bridge up: one that trickles its request while another is
+// served, and a burst of connections at once.
+int Check_Hold_Up(uint16_t port) {
+    const std::vector<uint8_t> find =
+        Form_Bridge_Request(bridge_find_window, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'}, 8);
+    auto start = Clock::now();
+    long trickled = 0;
+    double dropped_s = 0;
+    std::thread trickler([&] {
+        trickled = Send_And_Collect(port, find, false, 200); // whole after 4 s
+        dropped_s = Seconds_Since(start);
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    bool served = Bridge_Transport(port).Find_Window(link_main_class) != 0;
+    double served_s = Seconds_Since(start);
+    trickler.join();
+    std::printf("  a request trickled a byte every 0.2 s: %s after %.1f s; another client %s "
+                "after %.1f s\n",
+                trickled == 0 ? "dropped unanswered" : "NOT dropped", dropped_s,
+                served ? "served" : "NOT served", served_s);
+    // Dropped at the bridge's deadline of 2 s, well before its last byte at 3.8 s.
+    bool trickle_ok = trickled == 0 && dropped_s < 3.5 && served && served_s < dropped_s;
+
+    constexpr int clients = 50;
+    std::vector<std::thread> burst;
+    std::vector<int> found(clients, 0);
+    for (int i = 0; i < clients; ++i) {
+        burst.emplace_back([&, i] {
+            found[static_cast<size_t>(i)] =
+                Bridge_Transport(port).Find_Window(link_main_class) != 0;
+        });
+    }
+    for (std::thread& t : burst) {
+        t.join();
+    }
+    int answered = static_cast<int>(std::count(found.begin(), found.end(), 1));
+    std::printf("  a burst of %d connections: %d answered\n", clients, answered);
+    return trickle_ok && answered == clients ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -189,6 +245,9 @@ int main(int argc, char** argv) {
     if (mode == "malformed") {
         return Check_Malformed(port);
     }
-    std::printf("usage: bridge_check values|no-window|malformed --port N\n");
+    if (mode == "hold-up") {
+        return Check_Hold_Up(port);
+    }
+    std::printf("usage: bridge_check values|no-window|malformed|hold-up --port N\n");
     return 2;
 }

@@ -1,11 +1,11 @@
-// The bridge's frame handling against the fake module, and the bridge transport over a
-// loopback connection to it. (The real bridge under Wine: wine_bridge_test.sh.)
+// The bridge's frame handling and its listening side against the fake module, and the bridge
+// transport over loopback to it. (The real bridge under Wine: wine_bridge_test.sh.)
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <arpa/inet.h>
-#include <atomic>
-#include <cstring>
+#include <chrono>
+#include <latch>
 #include <memory>
 #include <netinet/in.h>
 #include <poll.h>
@@ -15,47 +15,37 @@
 #include <vector>
 
 #include "link/bridge_server.h"
-#include "link/bridge_transport.h"
 #include "link/fsuipc.h"
+#include "link/net_bridge_transport.h"
 #include "support/fake_module.h"
+#include "support/running_bridge.h"
 
 namespace {
 
-class Memory_Stream : public Byte_Stream {
-  public:
-    explicit Memory_Stream(std::vector<uint8_t> bytes) : input(std::move(bytes)) {}
-    bool Read_Exact(uint8_t* data, size_t size) override {
-        if (input.size() - position < size) {
-            return false;
-        }
-        std::memcpy(data, input.data() + position, size);
-        position += size;
-        return true;
-    }
-    bool Write_All(const uint8_t* data, size_t size) override {
-        output.insert(output.end(), data, data + size);
-        return true;
-    }
-    std::vector<uint8_t> input;
-    size_t position = 0;
-    std::vector<uint8_t> output;
-};
+using Clock = std::chrono::steady_clock;
 
 std::vector<uint8_t> Frame(uint32_t magic, uint32_t command, uint32_t length,
                            const std::vector<uint8_t>& payload) {
     return Form_Bridge_Request(command, payload, length, magic);
 }
 
-// Window, timeout, and a list of one read of 4 bytes at 0x3308 whose record claims
-// record_size bytes, closed.
-std::vector<uint8_t> Send_Payload(uint32_t record_size = 4) {
-    std::vector<uint8_t> p(bridge_send_prefix + 16 + 4 + 4, 0);
+// Window, timeout, and a list of one record, closed: a read of 4 bytes at 0x3308 whose
+// record claims record_size bytes, or a write of 2 bytes at 0x330A.
+std::vector<uint8_t> Send_Payload(uint32_t record_size = 4, bool write = false) {
+    std::vector<uint8_t> p(bridge_send_prefix, 0);
     Put_U32(p.data(), static_cast<uint32_t>(Fake_Module_Transport::main_window_handle));
     Put_U32(p.data() + 4, 2000);
-    Put_U32(p.data() + 8, link_read_id);
-    Put_U32(p.data() + 12, 0x3308);
-    Put_U32(p.data() + 16, record_size);
-    Put_U32(p.data() + 20, 77); // the client's destination token, handed back unchanged
+    uint32_t header = write ? link_write_header : link_read_header;
+    p.resize(bridge_send_prefix + header + (write ? 2 : 4) + link_closing_word);
+    uint8_t* record = p.data() + bridge_send_prefix;
+    Put_U32(record, write ? link_write_id : link_read_id);
+    Put_U32(record + 4, write ? 0x330A : 0x3308);
+    Put_U32(record + 8, write ? 2 : record_size);
+    if (write) {
+        record[12] = 0x34;
+    } else {
+        Put_U32(record + 12, 77); // the client's destination token, handed back unchanged
+    }
     return p;
 }
 
@@ -68,39 +58,15 @@ class Bridge_Test : public ::testing::Test {
     Bridge_Test() { EXPECT_EQ(Bridge_Open(bridge, fake), Link_Result::ok); }
     ~Bridge_Test() override { Bridge_Close(bridge); }
 
+    std::vector<uint8_t> Answer(const std::vector<uint8_t>& frame, bool sound = true) {
+        std::vector<uint8_t> answer;
+        EXPECT_EQ(Bridge_Answer(bridge, frame.data(), frame.size(), answer), sound);
+        return answer;
+    }
+
     Fake_Module_Transport fake;
     Bridge_Server_Rec bridge;
 };
-
-TEST_F(Bridge_Test, AnswersASoundFrame) {
-    Memory_Stream find(
-        Frame(bridge_magic, bridge_find_window, 8, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'}));
-    EXPECT_EQ(Bridge_Serve(bridge, find), Bridge_Outcome::answered);
-    ASSERT_EQ(find.output.size(), bridge_answer_header);
-    EXPECT_EQ(Get_U32(find.output.data() + 4), 1u);
-    EXPECT_EQ(Get_U32(find.output.data() + 8), Fake_Module_Transport::main_window_handle);
-
-    std::vector<uint8_t> payload = Send_Payload();
-    Memory_Stream send(Sized(payload));
-    EXPECT_EQ(Bridge_Serve(bridge, send), Bridge_Outcome::answered);
-    ASSERT_EQ(send.output.size(), bridge_answer_header + payload.size() - bridge_send_prefix);
-    const uint8_t* answer = send.output.data();
-    EXPECT_EQ(Get_U32(answer + 4), 1u);   // sent
-    EXPECT_EQ(Get_U32(answer + 8), 1u);   // the module's result
-    EXPECT_EQ(Get_U32(answer + 16), 24u); // the list's length
-    EXPECT_EQ(Get_U32(answer + bridge_answer_header + 12), 77u);
-    EXPECT_EQ(Get_U32(answer + bridge_answer_header + 16), 0xFADE0006u);
-    EXPECT_EQ(fake.exchanges, 1u);
-
-    // A send that fails answers the error, without the list.
-    fake.failed_sends = fake.sends + 1;
-    fake.send_error = 1460;
-    Memory_Stream failed(Sized(payload));
-    EXPECT_EQ(Bridge_Serve(bridge, failed), Bridge_Outcome::answered);
-    ASSERT_EQ(failed.output.size(), bridge_answer_header);
-    EXPECT_EQ(Get_U32(failed.output.data() + 4), 0u);
-    EXPECT_EQ(Get_U32(failed.output.data() + 12), 1460u);
-}
 
 TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
     std::vector<uint8_t> sound = Send_Payload();
@@ -111,7 +77,6 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
     const std::pair<const char*, std::vector<uint8_t>> cases[] = {
         {"wrong magic", Frame(0x51424D51, bridge_send_list, length, sound)},
         {"unknown command", Frame(bridge_magic, 3, length, sound)},
-        // Checked before a byte of the payload is read: the whole payload is there.
         {"length over the block",
          Frame(bridge_magic, bridge_send_list, bridge_max_frame + 1, huge)},
         {"length far over the block", Frame(bridge_magic, bridge_send_list, 0xFFFFFFF0u, huge)},
@@ -124,102 +89,146 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
         {"class name too long", Frame(bridge_magic, bridge_find_window, 65, huge)},
         {"empty class name", Frame(bridge_magic, bridge_find_window, 0, {})},
         {"class name with a zero", Frame(bridge_magic, bridge_find_window, 3, {'A', 0, 'B'})},
-        {"closed half way", Frame(bridge_magic, bridge_send_list, length, {1, 0, 0})},
-        {"closed in the header", {0x51, 0x4D}},
+        {"fewer bytes than the header says", Frame(bridge_magic, bridge_send_list, length, {1})},
+        {"part of a header", {0x51, 0x4D}},
     };
     for (const auto& [name, bytes] : cases) {
         SCOPED_TRACE(name);
         std::fill(bridge.view, bridge.view + link_block_size, 0xEE);
-        Memory_Stream stream(bytes);
-        EXPECT_NE(Bridge_Serve(bridge, stream), Bridge_Outcome::answered);
-        EXPECT_TRUE(stream.output.empty());
+        EXPECT_TRUE(Answer(bytes, false).empty());
         EXPECT_EQ(fake.sends, 0u);
         EXPECT_TRUE(std::all_of(bridge.view, bridge.view + link_block_size,
                                 [](uint8_t b) { return b == 0xEE; }));
     }
-    // And the next sound frame is answered.
-    Memory_Stream send(Sized(sound));
-    EXPECT_EQ(Bridge_Serve(bridge, send), Bridge_Outcome::answered);
+    Answer(Sized(sound)); // and the next sound frame is answered
 }
 
-// A loopback server in a thread, serving each connection with Bridge_Serve.
-class Loopback_Bridge {
+// A plain loopback connection to the bridge.
+class Raw_Client {
   public:
-    explicit Loopback_Bridge(Bridge_Server_Rec& bridge) {
-        listener = socket(AF_INET, SOCK_STREAM, 0);
+    explicit Raw_Client(uint16_t port) : fd(socket(AF_INET, SOCK_STREAM, 0)) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
+        address.sin_port = htons(port);
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address);
-        listen(listener, 4);
-        getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
-        port = ntohs(address.sin_port);
-        server = std::thread([this, &bridge] {
-            while (!stopping) {
-                pollfd p{listener, POLLIN, 0};
-                if (poll(&p, 1, 50) <= 0) {
-                    continue;
-                }
-                int peer = accept(listener, nullptr, nullptr);
-                Peer_Stream stream(peer);
-                Bridge_Serve(bridge, stream);
-                close(peer);
-            }
-        });
+        connected = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     }
-    ~Loopback_Bridge() {
-        stopping = true;
-        server.join();
-        close(listener);
+    ~Raw_Client() { Close(); }
+    void Send(const std::vector<uint8_t>& bytes) const {
+        send(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     }
-    uint16_t port = 0;
-
-  private:
-    class Peer_Stream : public Byte_Stream {
-      public:
-        explicit Peer_Stream(int peer_fd) : fd(peer_fd) {}
-        bool Read_Exact(uint8_t* data, size_t size) override {
-            return recv(fd, data, size, MSG_WAITALL) == static_cast<ssize_t>(size);
+    void Close() {
+        if (fd >= 0) {
+            close(fd);
+            fd = -1;
         }
-        bool Write_All(const uint8_t* data, size_t size) override {
-            return send(fd, data, size, MSG_NOSIGNAL) == static_cast<ssize_t>(size);
+    }
+    // Waits up to ms for answer bytes; -1 when the bridge closed the connection.
+    long Take(int ms) {
+        pollfd p{fd, POLLIN, 0};
+        if (poll(&p, 1, ms) <= 0) {
+            return 0;
         }
-
-      private:
-        int fd;
-    };
-    int listener = -1;
-    std::atomic<bool> stopping{false};
-    std::thread server;
+        uint8_t buffer[4096];
+        ssize_t got = recv(fd, buffer, sizeof buffer, MSG_DONTWAIT);
+        return got > 0 ? got : -1;
+    }
+    int fd;
+    bool connected = false;
 };
 
-TEST_F(Bridge_Test, ClientReachesTheModuleThroughTheBridgeAndNoBridgeMeansNoWindow) {
-    fake.space.Set_U32(0x0564, 5719983);
-    fake.space.Set_U16(0x0EC6, 16212);
-    auto server = std::make_unique<Loopback_Bridge>(bridge);
-    Bridge_Transport transport(server->port);
+TEST(Bridge_Loop, NoBridgeMeansNoWindowAndTheOpenReleasesWhatItMade) {
+    Fake_Module_Transport fake;
+    auto server = std::make_unique<Running_Bridge>(fake);
+    Bridge_Transport transport(server->Port());
     Fsuipc_Rec link;
     link.transport = &transport;
     Link_Reset(link);
     Link_Result result = Link_Result::ok;
-    ASSERT_TRUE(Link_Open(link, fsuipc_fs2002, result)) << static_cast<int>(result);
-    int32_t lat = 0;
-    uint16_t altimeter = 0;
-    ASSERT_TRUE(Link_Read(link, 0x0564, 4, &lat, result));
-    ASSERT_TRUE(Link_Read(link, 0x0EC6, 2, &altimeter, result));
-    ASSERT_TRUE(Link_Process(link, result));
-    EXPECT_EQ(lat, 5719983);
-    EXPECT_EQ(altimeter, 16212);
-    EXPECT_EQ(fake.space.written[0x330A], 0); // the client's version went through
+    EXPECT_TRUE(Link_Open(link, fsuipc_fs2002, result));
     Link_Close(link);
-    EXPECT_EQ(transport.Atoms_Held(), 0u);
-
     server.reset(); // nothing listens on the port any more
     Link_Reset(link);
     EXPECT_FALSE(Link_Open(link, fsuipc_fs2002, result));
     EXPECT_EQ(result, Link_Result::no_window);
+    EXPECT_EQ(transport.Last_Error(), bridge_error_refused);
     EXPECT_EQ(transport.Atoms_Held(), 0u);
+}
+
+TEST(Bridge_Loop, ATricklingClientIsDroppedAtTheFrameDeadlineWhileAnotherIsServed) {
+    Fake_Module_Transport fake;
+    Bridge_Limits_Rec limits;
+    limits.frame_deadline_ms = 1000;
+    Running_Bridge server(fake, limits);
+    Raw_Client trickler(server.Port());
+    ASSERT_TRUE(trickler.connected);
+    auto start = Clock::now();
+    const auto seconds = [&] {
+        return std::chrono::duration<double>(Clock::now() - start).count();
+    };
+    double served_s = -1;
+    std::thread other([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        if (Bridge_Transport(server.Port()).Find_Window(link_main_class) != 0) {
+            served_s = seconds();
+        }
+    });
+    // A sound request, one byte every 100 ms: it would be whole after 2 s.
+    std::vector<uint8_t> frame =
+        Frame(bridge_magic, bridge_find_window, 8, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'});
+    long taken = 0;
+    for (size_t i = 0; i < frame.size() && taken == 0; ++i) {
+        trickler.Send({frame[i]});
+        taken = trickler.Take(100);
+    }
+    double dropped_s = seconds();
+    other.join();
+    EXPECT_EQ(taken, -1); // closed, with no answer
+    EXPECT_GE(dropped_s, 1.0);
+    EXPECT_LT(dropped_s, 1.9); // before its last byte
+    EXPECT_GT(served_s, 0);
+    EXPECT_LT(served_s, dropped_s); // while the trickler held its connection
+    EXPECT_EQ(server.Count(Bridge_Outcome::too_slow), 1u);
+}
+
+TEST(Bridge_Loop, ABurstOfFiftyConnectionsIsAllAnswered) {
+    Fake_Module_Transport fake;
+    Running_Bridge server(fake);
+    constexpr int clients = 50;
+    std::latch start(clients);
+    std::vector<uint64_t> windows(clients, 0);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < clients; ++i) {
+        threads.emplace_back([&, i] {
+            start.arrive_and_wait();
+            windows[static_cast<size_t>(i)] =
+                Bridge_Transport(server.Port()).Find_Window(link_main_class);
+        });
+    }
+    for (std::thread& t : threads) {
+        t.join();
+    }
+    EXPECT_EQ(std::count(windows.begin(), windows.end(), Fake_Module_Transport::main_window_handle),
+              clients);
+}
+
+TEST(Bridge_Loop, ARequestWhoseClientHasGoneNeverReachesTheModule) {
+    Fake_Module_Transport fake;
+    fake.answer_delay_ms = 300; // the module is busy with the first request meanwhile
+    Running_Bridge server(fake);
+    Raw_Client first(server.Port());
+    first.Send(Sized(Send_Payload()));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    {
+        Raw_Client gone(server.Port()); // sends a write and gives up at once
+        gone.Send(Sized(Send_Payload(0, true)));
+    }
+    EXPECT_GT(first.Take(2000), 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    server.Stop();
+    EXPECT_EQ(fake.exchanges, 1u);
+    EXPECT_EQ(fake.space.written[0x330A], 0);
+    EXPECT_EQ(server.Count(Bridge_Outcome::client_gone), 1u);
 }
 
 } // namespace

@@ -7,8 +7,9 @@
 # end-to-end: the Win32 client straight to the mock module, then the native client through
 #             the bridge to the mock module (the chart's four values), then the bridge with
 #             the module gone (Link_Open reports 2).
-# malformed:  broken frames to the bridge's port get no answer and leave it running; then
-#             Ctrl+C stops it cleanly.
+# malformed:  broken frames to the bridge's port get no answer and leave it running; a
+#             client that trickles is dropped while another is served, and a burst of
+#             connections is all answered; then Ctrl+C stops the bridge cleanly.
 #
 # Exits 77 (skipped) when Wine isn't there or can't run a windowed program at all.
 set -uo pipefail
@@ -121,6 +122,7 @@ malformed)
     [[ $(lists_answered) == 0 ]] || fail "a broken frame reached the module"
     say "bridge still running; it logged $(grep -c 'dropped a malformed frame' "$work/bridge.log") dropped frames; the module saw none of them"
     timeout 120 "$bridge_check" values --port "$port" || fail "the bridge no longer serves"
+    timeout 120 "$bridge_check" hold-up --port "$port" || fail "a client held the bridge up"
     say "Ctrl+C to the bridge (Wine passes it on as the console's Ctrl+C event)"
     kill -INT "$bridge_pid"
     wait_for "$work/bridge.log" '^quilmark-bridge: stopped' 30 "$bridge_pid" ||

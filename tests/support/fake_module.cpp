@@ -1,6 +1,8 @@
 #include "support/fake_module.h"
 
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 namespace {
 
@@ -69,6 +71,7 @@ bool Fake_Module_Transport::Send_Message_Timeout(uint64_t window, uint32_t messa
         message_result = 0;
         return true;
     }
+    std::this_thread::sleep_for(std::chrono::milliseconds(answer_delay_ms));
     message_result = answer;
     uint32_t size = 0;
     uint8_t* block = Find_Block(wparam, size);

@@ -29,6 +29,7 @@ class Fake_Module_Transport : public Local_Kernel_Transport {
     uint64_t answer = 1;                 // the message's result
     uint32_t zero_version_exchanges = 0; // exchanges that still answer 0 at 0x3304, 0x3308
     bool garble_answer = false;          // the module scribbles an unknown id over the 2nd record
+    uint32_t answer_delay_ms = 0;        // real time each answered send takes
 
     // What happened.
     uint32_t sends = 0;     // sends attempted

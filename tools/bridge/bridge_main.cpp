@@ -1,13 +1,13 @@
-// quilmark-bridge.exe: started inside the simulator's Wine prefix, it lets Quilmark on Linux
-// reach the FSUIPC module. It listens on 127.0.0.1 only, takes one connection at a time,
-// reads one frame from it (see link/bridge_server.h), hands the request list to the module
-// through the Win32 calls of the link, and sends the answered list back.
+// quilmark-bridge.exe: started inside the simulator's Wine prefix, it lets Quilmark on Linux reach the FSUIPC module. It listens on
+// 127.0.0.1 only, reads one frame from each connection (see link/bridge_server.h), hands the
+// request list to the module through the Win32 calls of the link, one exchange at a time,
+// and sends the answered list back. Many clients may connect at once; none can hold the
+// others up (see link/net_bridge_loop.h).
 //
 //   quilmark-bridge.exe [--port N]     N defaults to 20020; 0 lets the system choose.
 //
 // It stops cleanly, releasing its atom and block, when its console closes or on Ctrl+C.
-// Winsock has to come before windows.h.
-#include <winsock2.h>
+#include "link/net_bridge_loop.h"
 
 #include <windows.h>
 
@@ -15,16 +15,13 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "link/bridge_server.h"
 #include "win32_transport.h"
 
 namespace {
 
-constexpr DWORD peer_wait_ms = 2000; // a client that goes quiet half way is dropped after this
-constexpr long poll_wait_us = 200000;
 constexpr DWORD close_grace_ms = 4000;
 
-volatile LONG stopping = 0;
+std::atomic<bool> stopping{false};
 HANDLE stopped_event = nullptr;
 
 BOOL WINAPI On_Console_Event(DWORD event) {
@@ -34,7 +31,7 @@ BOOL WINAPI On_Console_Event(DWORD event) {
     case CTRL_CLOSE_EVENT:
     case CTRL_LOGOFF_EVENT:
     case CTRL_SHUTDOWN_EVENT:
-        InterlockedExchange(&stopping, 1);
+        stopping = true;
         // The process ends when this returns after a close; give the loop time to clean up.
         WaitForSingleObject(stopped_event, close_grace_ms);
         return TRUE;
@@ -43,40 +40,14 @@ BOOL WINAPI On_Console_Event(DWORD event) {
     }
 }
 
-class Winsock_Stream : public Byte_Stream {
-  public:
-    explicit Winsock_Stream(SOCKET s) : sock(s) {}
-    bool Read_Exact(uint8_t* data, size_t size) override {
-        while (size > 0) {
-            int got = recv(sock, reinterpret_cast<char*>(data), static_cast<int>(size), 0);
-            if (got <= 0) {
-                return false;
-            }
-            data += got;
-            size -= static_cast<size_t>(got);
-        }
-        return true;
-    }
-    bool Write_All(const uint8_t* data, size_t size) override {
-        while (size > 0) {
-            int put = send(sock, reinterpret_cast<const char*>(data), static_cast<int>(size), 0);
-            if (put <= 0) {
-                return false;
-            }
-            data += put;
-            size -= static_cast<size_t>(put);
-        }
-        return true;
-    }
-
-  private:
-    SOCKET sock;
-};
-
 const char* Outcome_Text(Bridge_Outcome outcome) {
     switch (outcome) {
     case Bridge_Outcome::malformed:
         return "dropped a malformed frame";
+    case Bridge_Outcome::too_slow:
+        return "dropped a client that did not send its request in time";
+    case Bridge_Outcome::client_gone:
+        return "dropped a request whose client had already gone";
     case Bridge_Outcome::answer_lost:
         return "could not send an answer";
     default:
@@ -101,33 +72,6 @@ bool Parse_Port(int argc, char** argv, unsigned& port) {
     return true;
 }
 
-void Serve(SOCKET listener, Bridge_Server_Rec& bridge) {
-    while (stopping == 0) {
-        fd_set readable;
-        FD_ZERO(&readable);
-        FD_SET(listener, &readable);
-        timeval wait{0, poll_wait_us};
-        if (select(0, &readable, nullptr, nullptr, &wait) <= 0) {
-            continue;
-        }
-        SOCKET peer = accept(listener, nullptr, nullptr);
-        if (peer == INVALID_SOCKET) {
-            continue;
-        }
-        DWORD wait_ms = peer_wait_ms;
-        setsockopt(peer, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&wait_ms),
-                   sizeof wait_ms);
-        setsockopt(peer, SOL_SOCKET, SO_SNDTIMEO, reinterpret_cast<const char*>(&wait_ms),
-                   sizeof wait_ms);
-        Winsock_Stream stream(peer);
-        const char* text = Outcome_Text(Bridge_Serve(bridge, stream));
-        if (text != nullptr) {
-            std::printf("quilmark-bridge: %s\n", text);
-        }
-        closesocket(peer);
-    }
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -145,22 +89,11 @@ int main(int argc, char** argv) {
         std::printf("quilmark-bridge: no network stack\n");
         return 1;
     }
-    SOCKET listener = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-    BOOL exclusive = TRUE;
-    setsockopt(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&exclusive),
-               sizeof exclusive);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<u_short>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    int address_size = sizeof address;
-    if (listener == INVALID_SOCKET ||
-        bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-        listen(listener, 4) != 0 ||
-        getsockname(listener, reinterpret_cast<sockaddr*>(&address), &address_size) != 0) {
+    Bridge_Listener_Rec listener;
+    if (!Open_Bridge_Listener(static_cast<uint16_t>(port), listener)) {
         std::printf("quilmark-bridge: cannot listen on 127.0.0.1:%u (error %d); is another "
                     "bridge running?\n",
-                    port, WSAGetLastError());
+                    port, listener.error);
         WSACleanup();
         return 1;
     }
@@ -170,15 +103,19 @@ int main(int argc, char** argv) {
     if (Link_Result code = Bridge_Open(bridge, module_side); code != Link_Result::ok) {
         std::printf("quilmark-bridge: cannot set up the shared block (step %d, error %u)\n",
                     static_cast<int>(code), module_side.Last_Error());
-        closesocket(listener);
+        Close_Bridge_Listener(listener);
         WSACleanup();
         return 1;
     }
-    std::printf("quilmark-bridge: listening on 127.0.0.1:%u\n", ntohs(address.sin_port));
+    std::printf("quilmark-bridge: listening on 127.0.0.1:%u\n", listener.port);
 
-    Serve(listener, bridge);
+    Run_Bridge(bridge, listener, stopping, Bridge_Limits_Rec{}, [](Bridge_Outcome outcome) {
+        if (const char* text = Outcome_Text(outcome)) {
+            std::printf("quilmark-bridge: %s\n", text);
+        }
+    });
 
-    closesocket(listener);
+    Close_Bridge_Listener(listener);
     Bridge_Close(bridge);
     WSACleanup();
     std::printf("quilmark-bridge: stopped\n");

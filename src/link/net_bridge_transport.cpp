@@ -1,4 +1,4 @@
-#include "link/bridge_transport.h"
+#include "link/net_bridge_transport.h"
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -13,19 +13,14 @@
 
 namespace {
 
-// System errors as the Windows side would name them, so that Link_Process tells a missing
-// bridge (a failed send with an error, 12) from a silent one.
-constexpr uint32_t error_connection_refused = 10061; // WSAECONNREFUSED
-constexpr uint32_t error_timed_out = 10060;          // WSAETIMEDOUT
-constexpr uint32_t error_invalid_data = 13;          // ERROR_INVALID_DATA
 constexpr uint32_t connect_wait_ms = 1000;
 constexpr uint32_t find_wait_ms = 2000;
 constexpr uint32_t answer_margin_ms = 1000;
 
-class Socket_Stream : public Byte_Stream {
+class Socket_Stream {
   public:
     explicit Socket_Stream(int socket_fd) : fd(socket_fd) {}
-    bool Read_Exact(uint8_t* data, size_t size) override {
+    bool Read_Exact(uint8_t* data, size_t size) {
         while (size > 0) {
             ssize_t got = recv(fd, data, size, 0);
             if (got <= 0) {
@@ -39,7 +34,7 @@ class Socket_Stream : public Byte_Stream {
         }
         return true;
     }
-    bool Write_All(const uint8_t* data, size_t size) override {
+    bool Write_All(const uint8_t* data, size_t size) {
         while (size > 0) {
             ssize_t put = send(fd, data, size, MSG_NOSIGNAL);
             if (put <= 0) {
@@ -71,9 +66,10 @@ Bridge_Transport::Bridge_Transport(uint16_t bridge_port) : port(bridge_port) {}
 
 bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& payload,
                                 uint32_t wait_ms, Reply_Rec& reply) {
+    last_error = 0;
     int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (fd < 0) {
-        last_error = error_connection_refused;
+        last_error = bridge_error_refused;
         return false;
     }
     sockaddr_in address{};
@@ -86,7 +82,7 @@ bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& pa
     setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
     bool ok = false;
     if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        last_error = error_connection_refused;
+        last_error = bridge_error_refused;
     } else {
         Socket_Stream stream(fd);
         std::vector<uint8_t> frame =
@@ -94,9 +90,9 @@ bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& pa
         uint8_t header[bridge_answer_header];
         if (!stream.Write_All(frame.data(), frame.size()) ||
             !stream.Read_Exact(header, sizeof header)) {
-            last_error = error_timed_out;
+            last_error = bridge_error_timed_out;
         } else if (Get_U32(header) != bridge_magic || Get_U32(header + 16) > link_block_size) {
-            last_error = error_invalid_data;
+            last_error = bridge_error_invalid_data;
         } else {
             reply.status = Get_U32(header + 4);
             reply.value = Get_U32(header + 8);
@@ -104,7 +100,7 @@ bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& pa
             reply.data.resize(Get_U32(header + 16));
             ok = stream.Read_Exact(reply.data.data(), reply.data.size());
             if (!ok) {
-                last_error = error_timed_out;
+                last_error = bridge_error_timed_out;
             }
         }
     }
@@ -134,7 +130,7 @@ bool Bridge_Transport::Send_Message_Timeout(uint64_t window, uint32_t /*message*
     uint8_t* block = Find_Block(wparam, size);
     uint32_t length = block == nullptr ? 0 : Measure_Request_List(block, size);
     if (length == 0) {
-        last_error = error_invalid_data;
+        last_error = bridge_error_invalid_data;
         return false;
     }
     std::vector<uint8_t> payload(bridge_send_prefix);
@@ -150,7 +146,7 @@ bool Bridge_Transport::Send_Message_Timeout(uint64_t window, uint32_t /*message*
         return false;
     }
     if (reply.data.size() != length) {
-        last_error = error_invalid_data;
+        last_error = bridge_error_invalid_data;
         return false;
     }
     std::memcpy(block, reply.data.data(), length);

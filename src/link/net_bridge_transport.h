@@ -4,8 +4,8 @@
 // connection (see bridge_server.h); the atom and the mapping are kept here, and the bridge
 // uses its own to hand the list to the module.
 //
-// With no bridge listening no window is found, so Link_Open reports 2 as it does with no
-// simulator running.
+// With no bridge listening no window is found, so Link_Open reports no_window as it does with
+// no simulator running; Last_Error then tells the two apart (10061, the connection refused).
 #pragma once
 
 #include <cstdint>
@@ -13,6 +13,12 @@
 
 #include "link/bridge_server.h"
 #include "link/local_kernel.h"
+
+// System errors as the Windows side would name them, so that Link_Process tells a missing
+// bridge (a failed send with an error, send_failed) from a silent one.
+constexpr uint32_t bridge_error_refused = 10061;   // WSAECONNREFUSED: nothing listens
+constexpr uint32_t bridge_error_timed_out = 10060; // WSAETIMEDOUT: no whole answer in time
+constexpr uint32_t bridge_error_invalid_data = 13; // ERROR_INVALID_DATA: not a bridge's answer
 
 class Bridge_Transport : public Local_Kernel_Transport {
   public:
