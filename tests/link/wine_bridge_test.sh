@@ -2,7 +2,7 @@
 # The link's tests under Wine. Starts the mock module and quilmark-bridge.exe in a throwaway
 # Wine prefix and checks the native client against them.
 #
-#   wine_bridge_test.sh end-to-end|malformed WINDOWS_BIN_DIR BRIDGE_CHECK PREFIX_DIR
+#   wine_bridge_test.sh end-to-end|malformed|bridge32 WINDOWS_BIN_DIR BRIDGE_CHECK PREFIX_DIR
 #
 # end-to-end: the Win32 client straight to the mock module, then the native client through
 #             the bridge to the mock module (the chart's four values), then the bridge with
@@ -10,8 +10,11 @@
 # malformed:  broken frames to the bridge's port get no answer and leave it running; a
 #             client that trickles is dropped while another is served, and a burst of
 #             connections is all answered; then Ctrl+C stops the bridge cleanly.
+# bridge32:   a 32-bit module, as FS2002's FSUIPC is, through quilmark-bridge32.exe and
+#             then through the 64-bit bridge (both ways work in a 64-bit prefix).
 #
-# Exits 77 (skipped) when Wine isn't there or can't run a windowed program at all.
+# Exits 77 (skipped) when Wine isn't there or can't run a windowed program at all, and in
+# bridge32 when it can't run 32-bit programs.
 set -uo pipefail
 
 mode=$1 win_dir=$2 bridge_check=$3 prefix=$4
@@ -75,9 +78,11 @@ fi
 # Leftovers of an interrupted run would hold the window class or the port.
 wineserver -k 2>/dev/null
 
+# start_mock [EXE]: the 64-bit mock module unless another is named.
 start_mock() {
-    say "starting the mock module"
-    wine "$win_dir/quilmark-mock-module.exe" >"$work/mock.log" 2>&1 </dev/null &
+    local exe=${1:-quilmark-mock-module.exe}
+    say "starting $exe"
+    wine "$win_dir/$exe" >"$work/mock.log" 2>&1 </dev/null &
     mock_pid=$!
     pids+=("$mock_pid")
     if ! wait_for "$work/mock.log" '^mock module ready' 120 "$mock_pid"; then
@@ -87,9 +92,11 @@ start_mock() {
     fi
 }
 
+# start_bridge [EXE]: the 64-bit bridge unless another is named.
 start_bridge() {
-    say "starting quilmark-bridge.exe on a free loopback port"
-    wine "$win_dir/quilmark-bridge.exe" --port 0 >"$work/bridge.log" 2>&1 </dev/null &
+    local exe=${1:-quilmark-bridge.exe}
+    say "starting $exe on a free loopback port"
+    wine "$win_dir/$exe" --port 0 >"$work/bridge.log" 2>&1 </dev/null &
     bridge_pid=$!
     pids+=("$bridge_pid")
     wait_for "$work/bridge.log" 'listening on 127\.0\.0\.1:[0-9]+' 60 "$bridge_pid" ||
@@ -100,7 +107,26 @@ start_bridge() {
 
 lists_answered() { grep -c '^mock module: list' "$work/mock.log"; }
 
-start_mock
+stop_bridge() {
+    kill "$bridge_pid" 2>/dev/null
+    wait "$bridge_pid" 2>/dev/null
+}
+
+# Wine runs 32-bit programs only with its 32-bit half, which on a 64-bit Debian comes from
+# the i386 architecture. Without it Wine starts nothing and says so only in its debug output,
+# so ask the 32-bit bridge for its usage line.
+if [[ $mode == bridge32 ]]; then
+    [[ -f $win_dir/quilmark-bridge32.exe ]] ||
+        skip "quilmark-bridge32.exe was not built (Debian package g++-mingw-w64-i686)"
+    timeout 60 wine "$win_dir/quilmark-bridge32.exe" --port x >"$work/probe.log" 2>&1 </dev/null
+    grep -q 'usage: quilmark-bridge32.exe' "$work/probe.log" ||
+        skip "this machine's Wine cannot run 32-bit programs (it lacks Wine's 32-bit half:" \
+            "on Debian the package wine32:i386, from the i386 architecture);" \
+            "quilmark-bridge32.exe is built but not run"
+    start_mock quilmark-mock-module32.exe
+else
+    start_mock
+fi
 case $mode in
 end-to-end)
     say "the Win32 client straight to the mock module"
@@ -129,6 +155,14 @@ malformed)
         fail "the bridge did not stop cleanly"
     wait "$bridge_pid" || fail "the bridge ended with status $?"
     say "bridge stopped cleanly"
+    ;;
+bridge32)
+    start_bridge quilmark-bridge32.exe
+    timeout 120 "$bridge_check" values --port "$port" || fail "the values through the 32-bit bridge"
+    stop_bridge
+    start_bridge
+    timeout 120 "$bridge_check" values --port "$port" ||
+        fail "the 32-bit module's values through the 64-bit bridge"
     ;;
 *) fail "unknown mode $mode" ;;
 esac

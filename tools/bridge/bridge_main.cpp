@@ -1,4 +1,5 @@
-// quilmark-bridge.exe: started inside the simulator's Wine prefix, it lets Quilmark on Linux reach the FSUIPC module. It listens on
+// quilmark-bridge.exe (64-bit) and quilmark-bridge32.exe (32-bit): started inside the
+// simulator's Wine prefix, it lets Quilmark on Linux reach the FSUIPC module. It listens on
 // 127.0.0.1 only, reads one frame from each connection (see link/bridge_server.h), hands the
 // request list to the module through the Win32 calls of the link, one exchange at a time,
 // and sends the answered list back. Many clients may connect at once; none can hold the
@@ -78,7 +79,8 @@ int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     unsigned port = 0;
     if (!Parse_Port(argc, argv, port)) {
-        std::printf("usage: quilmark-bridge.exe [--port N]\n");
+        std::printf("usage: %s [--port N]\n",
+                    sizeof(void*) == 4 ? "quilmark-bridge32.exe" : "quilmark-bridge.exe");
         return 2;
     }
     stopped_event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
