@@ -137,6 +137,7 @@ class Raw_Client {
     bool connected = false;
 };
 
+// (The values through the bridge: the tool's link tests.)
 TEST(Bridge_Loop, NoBridgeMeansNoWindowAndTheOpenReleasesWhatItMade) {
     Fake_Module_Transport fake;
     auto server = std::make_unique<Running_Bridge>(fake);

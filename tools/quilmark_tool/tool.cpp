@@ -14,6 +14,7 @@
 #include "chart/chart_draw.h"
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
+#include "link_check.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
 #include "scenery/magdec.h"
@@ -36,7 +37,8 @@ const char* const kUsage = "usage: quilmark-tool bgl [--magdec MAGDEC] FILE...\n
                            "       quilmark-tool db FILE COUNT\n"
                            "       quilmark-tool fetch \"ENTRY\"\n"
                            "       quilmark-tool chart \"ENTRY\" [--zoom N] [--size WxH] "
-                           "[--aircraft LAT,LON,HEADING] [--hide LAYER,...] (--ops | --out FILE)\n";
+                           "[--aircraft LAT,LON,HEADING] [--hide LAYER,...] (--ops | --out FILE)\n"
+                           "       quilmark-tool link [--port N]\n";
 
 void Write_Airports(Json_Out& json, const Module1& module) {
     json.Begin_Object();
@@ -509,8 +511,9 @@ int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostre
     using Command =
         std::function<int(const std::vector<std::string>&, std::ostream&, std::ostream&)>;
     static const std::map<std::string, Command> commands = {
-        {"bgl", Command_Bgl}, {"init", Command_Init},   {"scan", Command_Scan},
-        {"db", Command_Db},   {"fetch", Command_Fetch}, {"chart", Command_Chart},
+        {"bgl", Command_Bgl},   {"init", Command_Init},   {"scan", Command_Scan},
+        {"db", Command_Db},     {"fetch", Command_Fetch}, {"chart", Command_Chart},
+        {"link", Command_Link},
     };
     if (args.empty() || commands.find(args[0]) == commands.end()) {
         err << kUsage;

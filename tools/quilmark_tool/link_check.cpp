@@ -1,0 +1,200 @@
+#include "link_check.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "bgl/bgl_image.h"
+#include "chart/aircraft_overlay.h"
+#include "link/fsuipc.h"
+#include "link/net_bridge_transport.h"
+#include "platform/rounding.h"
+
+namespace {
+
+constexpr uint32_t error_timeout = 1460; // ERROR_TIMEOUT: the window took too long to answer
+
+std::string Format(const char* pattern, auto... values) {
+    char text[256];
+    std::snprintf(text, sizeof text, pattern, values...);
+    return text;
+}
+
+int Code(Link_Result result) {
+    return static_cast<int>(result);
+}
+
+// Where the chart's link ends, and why. Each line starts with the step it is about.
+class Diagnosis {
+  public:
+    Diagnosis(uint16_t bridge_port, std::ostream& to)
+        : port(bridge_port), out(to), transport(port) {
+        link.transport = &transport;
+        Link_Reset(link);
+    }
+    ~Diagnosis() { Link_Close(link); }
+
+    bool Run() { return Find_Bridge_And_Window() && Open() && Read_Aircraft(); }
+
+  private:
+    // What a failure of the bridge itself looks like, or "" when the bridge answered.
+    std::string Bridge_Trouble() {
+        switch (transport.Last_Error()) {
+        case bridge_error_refused:
+            return "nothing listens there.\n"
+                   "  Start quilmark-bridge.exe in the simulator's Wine prefix "
+                   "(quilmark-bridge32.exe in a 32-bit prefix): see docs/bridge.md.";
+        case bridge_error_timed_out:
+            return "something accepts connections there but gives no whole answer in time.";
+        case bridge_error_invalid_data:
+            return "something answers there, but not as quilmark-bridge does.";
+        default:
+            return "";
+        }
+    }
+
+    bool Find_Bridge_And_Window() {
+        out << Format("Bridge on 127.0.0.1:%u: ", port) << std::flush;
+        const char* found_class = link_main_class;
+        uint64_t window = transport.Find_Window(link_main_class);
+        if (std::string trouble = Bridge_Trouble(); !trouble.empty()) {
+            out << trouble << "\n";
+            return false;
+        }
+        out << "listening.\n";
+        if (window == 0) {
+            found_class = link_fallback_class;
+            window = transport.Find_Window(link_fallback_class);
+        }
+        if (window == 0) {
+            out << "FSUIPC window: none of class " << link_main_class << " or "
+                << link_fallback_class << ".\n"
+                << "  The simulator isn't running, FSUIPC isn't loaded in it, or the bridge runs "
+                   "in another Wine prefix than the simulator.\n";
+            return false;
+        }
+        out << "FSUIPC window: found, class " << found_class << ".\n";
+        return true;
+    }
+
+    bool Open() {
+        // A module that doesn't answer takes the chart's ten tries, about 20 s, to tell.
+        out << "FSUIPC module: " << std::flush;
+        Link_Result result = Link_Result::ok;
+        // Any simulator, so that the one the module reports can be named.
+        if (!Link_Open(link, 0, result)) {
+            out << Open_Trouble(result) << "\n";
+            return false;
+        }
+        out << Format("version 0x%08X, simulator code %d", Module_Version(), link.link_sim_version);
+        if (link.link_sim_version != fsuipc_fs2002) {
+            out << ": this is not FS2002.\n"
+                << "  The chart connects to FS2002 only (simulator code 6).\n";
+            return false;
+        }
+        out << " (FS2002).\n";
+        return true;
+    }
+
+    unsigned Module_Version() const { return static_cast<unsigned>(link.link_module_version); }
+
+    std::string Open_Trouble(Link_Result result) {
+        switch (result) {
+        case Link_Result::no_window:
+            return "its window went away.";
+        case Link_Result::bad_version:
+        case Link_Result::bad_version_fallback:
+            return Format("answers with version 0x%08X and check word 0x%04X, but the chart "
+                          "needs version 0x19980005 or later and the check word 0xFADE.",
+                          Module_Version(), static_cast<uint32_t>(link.link_sim_version) >> 16);
+        default:
+            return Exchange_Trouble(result);
+        }
+    }
+
+    std::string Exchange_Trouble(Link_Result result) {
+        uint32_t error = transport.Last_Error();
+        if (!Bridge_Trouble().empty()) {
+            return Format("the bridge on 127.0.0.1:%u stopped answering (result %d, system "
+                          "error %u).",
+                          port, Code(result), error);
+        }
+        switch (result) {
+        case Link_Result::no_answer:
+        case Link_Result::send_failed:
+            return Format("its window doesn't answer (result %d, system error %u%s).\n"
+                          "  The simulator is busy or hanging, or FSUIPC doesn't handle the "
+                          "message.",
+                          Code(result), error, error == error_timeout ? ", time-out" : "");
+        case Link_Result::refused:
+            return Format("its window answered, but not as FSUIPC does (result %d).", Code(result));
+        default:
+            return Format("the link failed (result %d).", Code(result));
+        }
+    }
+
+    bool Read_One(const char* what, int32_t offset, int32_t size, void* into) {
+        Link_Result result = Link_Result::ok;
+        if (Link_Read(link, offset, size, into, result) && Link_Process(link, result)) {
+            return true;
+        }
+        out << Format("  %-10s reading offset 0x%04X: ", what, static_cast<unsigned>(offset))
+            << Exchange_Trouble(result) << "\n";
+        return false;
+    }
+
+    // The chart's four values, one exchange each, converted as the chart converts them.
+    bool Read_Aircraft() {
+        out << "Aircraft, read as the chart reads it:\n";
+        int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
+        uint16_t altimeter_raw = 0;
+        if (!Read_One("latitude", 0x0564, 4, &lat_raw)) {
+            return false;
+        }
+        out << Format("  latitude   %.6f degrees (raw %d)\n", Decode_Latitude(lat_raw), lat_raw);
+        if (!Read_One("longitude", 0x056C, 4, &lon_raw)) {
+            return false;
+        }
+        out << Format("  longitude  %.6f degrees (raw %d)\n", Decode_Longitude(lon_raw), lon_raw);
+        if (!Read_One("heading", 0x0580, 4, &heading_raw)) {
+            return false;
+        }
+        // A heading is a fraction of the whole circle in 32 bits, as a longitude is.
+        out << Format("  heading    %d degrees (raw %d)\n", To_I16(Decode_Longitude(heading_raw)),
+                      heading_raw);
+        if (!Read_One("altimeter", 0x0EC6, 2, &altimeter_raw)) {
+            return false;
+        }
+        out << "  altimeter  \"" << Altimeter_Text(Altimeter_Value(altimeter_raw, 0))
+            << "\" in millibars, \"" << Altimeter_Text(Altimeter_Value(altimeter_raw, 1))
+            << "\" in inches of mercury" << Format(" (raw %u)\n", altimeter_raw);
+        return true;
+    }
+
+    uint16_t port;
+    std::ostream& out;
+    Bridge_Transport transport;
+    Fsuipc_Rec link;
+};
+
+} // namespace
+
+int Command_Link(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    long port = bridge_default_port;
+    if (!args.empty()) {
+        char* end = nullptr;
+        const char* text = args.size() == 2 ? args[1].c_str() : "";
+        port = std::strtol(text, &end, 10);
+        if (args.size() != 2 || args[0] != "--port" || *text == '\0' || *end != '\0' || port < 1 ||
+            port > 65535) {
+            err << "quilmark-tool: link takes [--port N], N from 1 to 65535\n";
+            return 2;
+        }
+    }
+    bool shown = Diagnosis(static_cast<uint16_t>(port), out).Run();
+    out << (shown ? "Verdict: the chart will show the aircraft.\n"
+                  : "Verdict: the chart will not show the aircraft.\n");
+    if (port != bridge_default_port) {
+        out << Format("(The chart looks for the bridge on port %u only.)\n", bridge_default_port);
+    }
+    return shown ? 0 : 1;
+}
