@@ -34,6 +34,8 @@ quilmark_windows_exe(quilmark-bridge
     ${LINK_TOOLS}/bridge_main.cpp ${LINK_TOOLS}/win32_transport.cpp
     ${LINK_SRC}/bridge_server.cpp ${LINK_SRC}/request_list.cpp
     LIBS -lws2_32)
+# The bridges that installing puts in share/quilmark (data/CMakeLists.txt), one line each.
+list(APPEND QUILMARK_BRIDGE_EXECUTABLES ${LINK_WINDOWS_DIR}/quilmark-bridge.exe)
 quilmark_windows_exe(quilmark-mock-module
     ${LINK_TOOLS}/mock_module.cpp ${LINK_SRC}/request_list.cpp)
 quilmark_windows_exe(link-win32-check
