@@ -501,7 +501,7 @@ void Write_Help(std::ostream& out) {
         out << lead << Usage_Line(command.spec) << "\n";
         lead = "       ";
     }
-    out << lead << "quilmark-tool --help | --version\n"
+    out << lead << "quilmark-tool --help | --version | COMMAND --help\n"
         << "\n"
         << "Each command works in the current directory, as the program does; see "
            "quilmark-tool(1).\n";
