@@ -2,8 +2,8 @@
 
 namespace {
 
-const Option_Spec* Find_Option(const Command_Spec& spec, const std::string& name) {
-    for (const Option_Spec& option : spec.options) {
+const Option_Syntax* Find_Option(const Command_Syntax& syntax, const std::string& name) {
+    for (const Option_Syntax& option : syntax.options) {
         if (name == option.name) {
             return &option;
         }
@@ -11,22 +11,22 @@ const Option_Spec* Find_Option(const Command_Spec& spec, const std::string& name
     return nullptr;
 }
 
-std::string Misuse(const Command_Spec& spec, const std::string& problem) {
-    return std::string(spec.name) + ": " + problem + "; usage: " + Usage_Line(spec);
+std::string Misuse(const Command_Syntax& syntax, const std::string& problem) {
+    return std::string(syntax.name) + ": " + problem + "; usage: " + Usage_Line(syntax);
 }
 
 } // namespace
 
-std::string Usage_Line(const Command_Spec& spec) {
-    std::string line = std::string("quilmark-tool ") + spec.name;
-    if (*spec.usage != '\0') {
+std::string Usage_Line(const Command_Syntax& syntax) {
+    std::string line = std::string("quilmark-tool ") + syntax.name;
+    if (*syntax.usage != '\0') {
         line += ' ';
-        line += spec.usage;
+        line += syntax.usage;
     }
     return line;
 }
 
-std::string Parse_Command_Args(const Command_Spec& spec, const std::vector<std::string>& args,
+std::string Parse_Command_Args(const Command_Syntax& syntax, const std::vector<std::string>& args,
                                Command_Args& parsed) {
     parsed = {};
     bool options_ended = false;
@@ -40,30 +40,30 @@ std::string Parse_Command_Args(const Command_Spec& spec, const std::vector<std::
             options_ended = true;
             continue;
         }
-        const Option_Spec* option = Find_Option(spec, arg);
+        const Option_Syntax* option = Find_Option(syntax, arg);
         if (option == nullptr) {
-            return Misuse(spec, "unknown option " + arg);
+            return Misuse(syntax, "unknown option " + arg);
         }
         std::string value;
         if (option->value != nullptr) {
             if (i + 1 >= args.size()) {
-                return Misuse(spec, arg + " needs " + option->value);
+                return Misuse(syntax, arg + " needs " + option->value);
             }
             value = args[++i];
         }
         parsed.options.emplace_back(arg, std::move(value));
     }
-    const size_t wanted = spec.words.size();
+    const size_t wanted = syntax.words.size();
     if (parsed.words.size() < wanted) {
         std::string missing;
         for (size_t w = parsed.words.size(); w < wanted; ++w) {
             missing += missing.empty() ? "" : " ";
-            missing += spec.words[w];
+            missing += syntax.words[w];
         }
-        return Misuse(spec, missing + " missing");
+        return Misuse(syntax, missing + " missing");
     }
-    if (parsed.words.size() > wanted && !spec.last_word_repeats) {
-        return Misuse(spec, "unexpected argument \"" + parsed.words[wanted] + "\"");
+    if (parsed.words.size() > wanted && !syntax.last_word_repeats) {
+        return Misuse(syntax, "unexpected argument \"" + parsed.words[wanted] + "\"");
     }
     return {};
 }

@@ -465,7 +465,7 @@ void Set_Chart_Image_Writer(Chart_Image_Writer writer) {
 namespace {
 
 struct Command {
-    Command_Spec spec;
+    Command_Syntax syntax;
     int (*run)(const Command_Args& args, std::ostream& out, std::ostream& err);
 };
 
@@ -498,7 +498,7 @@ const std::vector<Command>& Commands() {
 void Write_Help(std::ostream& out) {
     const char* lead = "usage: ";
     for (const Command& command : Commands()) {
-        out << lead << Usage_Line(command.spec) << "\n";
+        out << lead << Usage_Line(command.syntax) << "\n";
         lead = "       ";
     }
     out << lead << "quilmark-tool --help | --version | COMMAND --help\n"
@@ -523,16 +523,16 @@ int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostre
         return 0;
     }
     for (const Command& command : Commands()) {
-        if (args[0] != command.spec.name) {
+        if (args[0] != command.syntax.name) {
             continue;
         }
         if (args.size() == 2 && args[1] == "--help") {
-            out << "usage: " << Usage_Line(command.spec) << "\n";
+            out << "usage: " << Usage_Line(command.syntax) << "\n";
             return 0;
         }
         Command_Args parsed;
         std::string problem = Parse_Command_Args(
-            command.spec, std::vector<std::string>(args.begin() + 1, args.end()), parsed);
+            command.syntax, std::vector<std::string>(args.begin() + 1, args.end()), parsed);
         if (!problem.empty()) {
             err << "quilmark-tool: " << problem << "\n";
             return 2;
