@@ -26,7 +26,7 @@ clang="${CXX_FUZZ:-clang++}"
 if ((coverage)); then
     build="$root/build/fuzz-coverage"
     cmake -S "$root/fuzz" -B "$build" -G Ninja -DCMAKE_CXX_COMPILER="$clang" \
-        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFUZZ_COVERAGE=ON >/dev/null
+        -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFUZZ_COVERAGE=ON -DFUZZ_WARNINGS_AS_ERRORS=ON >/dev/null
     cmake --build "$build"
     profiles="$build/profiles"
     rm -rf "$profiles"
@@ -50,7 +50,7 @@ fi
 
 build="$root/build/fuzz"
 cmake -S "$root/fuzz" -B "$build" -G Ninja -DCMAKE_CXX_COMPILER="$clang" \
-    -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo -DFUZZ_WARNINGS_AS_ERRORS=ON >/dev/null
 cmake --build "$build"
 
 logs="$root/build/fuzz-logs"

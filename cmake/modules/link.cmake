@@ -42,6 +42,8 @@ set(LINK_BRIDGE_SOURCES
 set(LINK_MOCK_SOURCES ${LINK_TOOLS}/mock_module.cpp ${LINK_SRC}/request_list.cpp)
 quilmark_windows_exe(quilmark-bridge ${LINK_BRIDGE_SOURCES} LIBS -lws2_32)
 quilmark_windows_exe(quilmark-mock-module ${LINK_MOCK_SOURCES})
+# The bridges that installing puts in share/quilmark (data/CMakeLists.txt), one line each.
+list(APPEND QUILMARK_BRIDGE_EXECUTABLES ${LINK_WINDOWS_DIR}/quilmark-bridge.exe)
 quilmark_windows_exe(link-win32-check
     ${CMAKE_SOURCE_DIR}/tests/link/win32_client_check.cpp ${LINK_TOOLS}/win32_transport.cpp
     ${LINK_SRC}/fsuipc.cpp ${LINK_SRC}/request_list.cpp)
@@ -52,6 +54,7 @@ if(QUILMARK_MINGW32_CXX)
         ${LINK_BRIDGE_SOURCES} LIBS -lws2_32)
     quilmark_windows_exe(quilmark-mock-module32 COMPILER ${QUILMARK_MINGW32_CXX}
         ${LINK_MOCK_SOURCES})
+    list(APPEND QUILMARK_BRIDGE_EXECUTABLES ${LINK_WINDOWS_DIR}/quilmark-bridge32.exe)
 else()
     message(STATUS "link: i686-w64-mingw32-g++ not found (Debian package g++-mingw-w64-i686);"
                    " quilmark-bridge32.exe is left out")

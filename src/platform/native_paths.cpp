@@ -206,7 +206,11 @@ bool Write_File_Replacing(const std::string& native_path, std::string_view bytes
     std::FILE* out = nullptr;
     // A hidden name beside the target, created afresh so no other file is overwritten.
     for (int attempt = 0; attempt < 16 && out == nullptr; ++attempt) {
-        temp = folder / ("." + target.filename().string() + ".tmp-" + std::to_string(random()));
+        std::string name = ".";
+        name += target.filename().string();
+        name += ".tmp-";
+        name += std::to_string(random());
+        temp = folder / name;
         out = std::fopen(temp.string().c_str(), "wbx");
     }
     if (out == nullptr) {

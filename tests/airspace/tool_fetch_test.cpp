@@ -35,12 +35,3 @@ TEST(ToolFetch, SeattleGetsItsClassBAndTheTerminalAirspaceLast) {
         EXPECT_NE(a["region_name"].text, "PORTLAND CLASS C");
     }
 }
-
-TEST(ToolFetch, UnknownEntryIsAnError) {
-    Work_Dir dir("tool-fetch-unknown");
-    ASSERT_EQ(Run_Quilmark_Tool({"init", Sample_World_Folder()}).status, 0);
-    Tool_Run run = Run_Quilmark_Tool({"fetch", "KSEA"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.err.find("KSEA"), std::string::npos);
-    EXPECT_TRUE(run.out.empty());
-}

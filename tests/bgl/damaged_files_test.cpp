@@ -100,7 +100,7 @@ TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWork) {
     Airport_Group& group = layout.groups.emplace_back();
     for (int i = 0; i < 20000; ++i) {
         Airport_Entry& e = group.entries.emplace_back();
-        e.ident = "K" + std::to_string(i);
+        e.ident = std::string("K").append(std::to_string(i));
         e.block_position = 0;
     }
     // The layout does not depend on where the entries point: the first airport's block in

@@ -54,23 +54,3 @@ TEST(ToolChart, OpsOfOneRedrawAtTheLevelAskedFor) {
     ASSERT_EQ(level9.status, 0);
     EXPECT_GE(Count_Starting(Lines(level9.out), "Arc "), 3u);
 }
-
-TEST(ToolChart, ArgumentsAreChecked) {
-    Work_Dir dir("tool-chart-args");
-    ASSERT_EQ(Run_Quilmark_Tool({"init", Sample_World_Folder()}).status, 0);
-    const std::string entry = "KSEA (SEATTLE-TACOMA INTL)";
-    const std::vector<std::vector<std::string>> bad = {
-        {"chart", entry},                                   // neither --ops nor --out
-        {"chart", entry, "--ops", "--out", "x.png"},        // both
-        {"chart", entry, "--zoom", "21", "--ops"},          // no such level
-        {"chart", entry, "--size", "10by10", "--ops"},      // no size
-        {"chart", entry, "--hide", "runways", "--ops"},     // runways always show
-        {"chart", entry, "--aircraft", "47,-122", "--ops"}, // no heading
-        {"chart", "NOWHERE", "--ops"},                      // no such entry
-    };
-    for (const auto& args : bad) {
-        Tool_Run run = Run_Quilmark_Tool(args);
-        EXPECT_EQ(run.status, 2) << args[2 < args.size() ? 2 : 1];
-        EXPECT_FALSE(run.err.empty());
-    }
-}

@@ -67,16 +67,3 @@ TEST(ToolLink, VerdictForEachSetUp) {
         }
     }
 }
-
-TEST(ToolLink, MisuseIsOneLineAndStatus2) {
-    for (std::vector<std::string> args : {std::vector<std::string>{"link", "--port"},
-                                          {"link", "--port", "0"},
-                                          {"link", "--port", "65536"},
-                                          {"link", "--port", "12x"},
-                                          {"link", "20020"}}) {
-        Tool_Run run = Run_Quilmark_Tool(args);
-        EXPECT_EQ(run.status, 2);
-        EXPECT_EQ(run.err, "quilmark-tool: link takes [--port N], N from 1 to 65535\n");
-        EXPECT_TRUE(run.out.empty());
-    }
-}

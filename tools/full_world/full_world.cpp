@@ -73,7 +73,8 @@ std::string Place_Name(Random& r) {
 std::string Airport_Name(Random& r) {
     std::string name = Place_Name(r);
     if (r.Chance(0.3)) {
-        name += " " + Place_Name(r);
+        name += ' ';
+        name += Place_Name(r);
     }
     const char* kind = kKinds[r.Int(0, 7)];
     if (*kind != '\0') {
@@ -139,8 +140,11 @@ Bytes Ground_Block(Random& r, int path_target, int spot_target, int runways) {
     while (remaining > 0) {
         const int segments = std::min(remaining, r.Int(6, 40));
         const auto name_index = static_cast<int32_t>(names.size());
-        names.push_back(std::string(1, static_cast<char>('A' + name_index % 26)) +
-                        (name_index >= 26 ? std::to_string(name_index / 26) : ""));
+        std::string name(1, static_cast<char>('A' + name_index % 26));
+        if (name_index >= 26) {
+            name += std::to_string(name_index / 26);
+        }
+        names.push_back(std::move(name));
         double x = r.Range(-2000, 2000), y = r.Range(-2000, 2000);
         const double angle = r.Range(0, 6.283);
         int32_t previous = node(x, y);
@@ -199,7 +203,7 @@ Bytes Airport_Stream(Random& r, const Airport_Plan& plan, Full_World_Summary& su
                 ils.lon_raw = f.lon_raw;
                 ils.heading_raw = Encode_Heading(std::fmod(heading + 180.0 * e, 360));
                 ils.frequency_word = Encode_Frequency(108.1 + 0.2 * r.Int(0, 19));
-                ils.name = "I" + plan.ident.substr(1, 3);
+                ils.name = std::string("I").append(plan.ident, 1, 3);
                 ils.name_padded_length = Padded(ils.name);
                 Append_Bytes(stream, Navaid_Record(ils));
                 ++summary.ils;

@@ -178,15 +178,13 @@ class Diagnosis {
 
 } // namespace
 
-int Command_Link(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int Command_Link(const Command_Args& args, std::ostream& out, std::ostream& err) {
     long port = bridge_default_port;
-    if (!args.empty()) {
+    for (const auto& [name, value] : args.options) {
         char* end = nullptr;
-        const char* text = args.size() == 2 ? args[1].c_str() : "";
-        port = std::strtol(text, &end, 10);
-        if (args.size() != 2 || args[0] != "--port" || *text == '\0' || *end != '\0' || port < 1 ||
-            port > 65535) {
-            err << "quilmark-tool: link takes [--port N], N from 1 to 65535\n";
+        port = std::strtol(value.c_str(), &end, 10);
+        if (value.empty() || *end != '\0' || port < 1 || port > 65535) {
+            err << "quilmark-tool: link: --port takes N from 1 to 65535\n";
             return 2;
         }
     }

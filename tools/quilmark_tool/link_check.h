@@ -4,9 +4,9 @@
 #pragma once
 
 #include <ostream>
-#include <string>
-#include <vector>
+
+#include "command_line.h"
 
 // args: [--port N], the bridge's port (20020 unless given). Exit status 0 only when the chart
 // would show the aircraft, 1 when it wouldn't, 2 for arguments it doesn't take.
-int Command_Link(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+int Command_Link(const Command_Args& args, std::ostream& out, std::ostream& err);

@@ -14,6 +14,7 @@
 #include "chart/chart_draw.h"
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
+#include "command_line.h"
 #include "link_check.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
@@ -30,15 +31,6 @@ Chart_Image_Writer& Image_Writer() {
     static Chart_Image_Writer writer;
     return writer;
 }
-
-const char* const kUsage = "usage: quilmark-tool bgl [--magdec MAGDEC] FILE...\n"
-                           "       quilmark-tool init FS_PATH\n"
-                           "       quilmark-tool scan\n"
-                           "       quilmark-tool db FILE COUNT\n"
-                           "       quilmark-tool fetch \"ENTRY\"\n"
-                           "       quilmark-tool chart \"ENTRY\" [--zoom N] [--size WxH] "
-                           "[--aircraft LAT,LON,HEADING] [--hide LAYER,...] (--ops | --out FILE)\n"
-                           "       quilmark-tool link [--port N]\n";
 
 void Write_Airports(Json_Out& json, const Module1& module) {
     json.Begin_Object();
@@ -57,32 +49,18 @@ void Write_Airports(Json_Out& json, const Module1& module) {
 }
 
 // Decodes BGL files as the database build does, in the order given.
-int Command_Bgl(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int Command_Bgl(const Command_Args& args, std::ostream& out, std::ostream& err) {
     auto module = std::make_unique<Module1>();
     auto form = std::make_unique<Form3_Data>();
-    std::vector<std::string> files;
-    for (size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "--magdec") {
-            if (i + 1 >= args.size()) {
-                err << kUsage;
-                return 2;
-            }
-            const std::string& path = args[++i];
-            if (!Load_Magdec(form->bgl_image, module->magvar_grid, path)) {
-                err << "quilmark-tool: cannot open " << path << "\n";
-                return 1;
-            }
-        } else {
-            files.push_back(args[i]);
+    for (const auto& [option, path] : args.options) { // --magdec
+        if (!Load_Magdec(form->bgl_image, module->magvar_grid, path)) {
+            err << "quilmark-tool: cannot open " << path << "\n";
+            return 1;
         }
-    }
-    if (files.empty()) {
-        err << kUsage;
-        return 2;
     }
     int status = 0;
     form->database_present = false;
-    for (const std::string& path : files) {
+    for (const std::string& path : args.words) {
         if (!Load_Bgl_Image(form->bgl_image, path)) {
             err << "quilmark-tool: cannot open " << path << "\n";
             status = 1;
@@ -100,17 +78,14 @@ int Command_Bgl(const std::vector<std::string>& args, std::ostream& out, std::os
 }
 
 // Writes the configuration file of the current directory as the wizard's finish does.
-int Command_Init(const std::vector<std::string>& args, std::ostream&, std::ostream& err) {
-    if (args.size() != 1) {
-        err << kUsage;
-        return 2;
-    }
+int Command_Init(const Command_Args& args, std::ostream&, std::ostream& err) {
     auto module = std::make_unique<Module1>();
     // The folder as an absolute path, as the wizard's folder list gives it.
     std::error_code error;
-    std::string folder = std::filesystem::absolute(args[0], error).lexically_normal().string();
+    std::string folder =
+        std::filesystem::absolute(args.words[0], error).lexically_normal().string();
     if (error) {
-        folder = args[0];
+        folder = args.words[0];
     }
     if (folder.size() > 1 && folder.back() == '/') {
         folder.pop_back();
@@ -166,11 +141,7 @@ bool Start_Like_The_Program(Module1& module, Form3_Data& form, Recording_Chooser
     return true;
 }
 
-int Command_Scan(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    if (!args.empty()) {
-        err << kUsage;
-        return 2;
-    }
+int Command_Scan(const Command_Args&, std::ostream& out, std::ostream& err) {
     auto module = std::make_unique<Module1>();
     auto form = std::make_unique<Form3_Data>();
     Recording_Chooser_Form ui;
@@ -232,16 +203,14 @@ int Command_Scan(const std::vector<std::string>& args, std::ostream& out, std::o
 }
 
 // Reads a database file with a given count and prints its records.
-int Command_Db(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    if (args.size() != 2) {
-        err << kUsage;
-        return 2;
-    }
+int Command_Db(const Command_Args& args, std::ostream& out, std::ostream& err) {
+    const std::string& file = args.words[0];
+    const std::string& count_text = args.words[1];
     int32_t count = 0;
     try {
         size_t used = 0;
-        long long value = std::stoll(args[1], &used);
-        if (used != args[1].size() || value < INT32_MIN || value > INT32_MAX) {
+        long long value = std::stoll(count_text, &used);
+        if (used != count_text.size() || value < INT32_MIN || value > INT32_MAX) {
             throw std::invalid_argument("count");
         }
         count = static_cast<int32_t>(value);
@@ -250,14 +219,14 @@ int Command_Db(const std::vector<std::string>& args, std::ostream& out, std::ost
         return 2;
     }
     auto module = std::make_unique<Module1>();
-    switch (Read_Airport_Database(args[0], count, module->airports)) {
+    switch (Read_Airport_Database(file, count, module->airports)) {
     case Database_Read_Result::Ok:
         break;
     case Database_Read_Result::Cannot_Open:
-        err << "quilmark-tool: cannot open " << args[0] << "\n";
+        err << "quilmark-tool: cannot open " << file << "\n";
         return 1;
     case Database_Read_Result::Damaged:
-        err << "quilmark-tool: " << args[0] << " is damaged or holds fewer than " << count
+        err << "quilmark-tool: " << file << " is damaged or holds fewer than " << count
             << " airports\n";
         return 1;
     }
@@ -335,14 +304,10 @@ int Scan_And_Fetch(Module1& module, const std::string& entry_utf8, Recording_Cho
     return 0;
 }
 
-int Command_Fetch(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    if (args.size() != 1) {
-        err << kUsage;
-        return 2;
-    }
+int Command_Fetch(const Command_Args& args, std::ostream& out, std::ostream& err) {
     auto module = std::make_unique<Module1>();
     Recording_Chooser_Form ui;
-    if (int status = Scan_And_Fetch(*module, args[0], ui, err); status != 0) {
+    if (int status = Scan_And_Fetch(*module, args.words[0], ui, err); status != 0) {
         return status;
     }
 
@@ -385,11 +350,7 @@ bool Parse_Int(const std::string& text, long long& value) {
 
 // The scan and GET AIRPORT as fetch does, the chart's opening, a zoom to the level asked
 // for, and one redraw, recorded (--ops) or written as an image (--out).
-int Command_Chart(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    if (args.empty()) {
-        err << kUsage;
-        return 2;
-    }
+int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err) {
     long long zoom = Opening_Zoom_Level, width = 271, height = 228;
     bool ops = false;
     std::string out_file;
@@ -397,20 +358,18 @@ int Command_Chart(const std::vector<std::string>& args, std::ostream& out, std::
     bool aircraft = false;
     double aircraft_lat = 0, aircraft_lon = 0;
     long long aircraft_heading = 0;
-    for (size_t i = 1; i < args.size(); ++i) {
-        const std::string& option = args[i];
-        const bool has_value = i + 1 < args.size();
+    for (const auto& [option, value] : args.options) {
         if (option == "--ops") {
             ops = true;
-        } else if (option == "--out" && has_value) {
-            out_file = args[++i];
-        } else if (option == "--zoom" && has_value) {
-            if (!Parse_Int(args[++i], zoom) || zoom < Min_Zoom_Level || zoom > Max_Zoom_Level) {
+        } else if (option == "--out") {
+            out_file = value;
+        } else if (option == "--zoom") {
+            if (!Parse_Int(value, zoom) || zoom < Min_Zoom_Level || zoom > Max_Zoom_Level) {
                 err << "quilmark-tool: --zoom takes a level from 1 to 20\n";
                 return 2;
             }
-        } else if (option == "--size" && has_value) {
-            const std::string& size = args[++i];
+        } else if (option == "--size") {
+            const std::string& size = value;
             size_t x = size.find('x');
             if (x == std::string::npos || !Parse_Int(size.substr(0, x), width) ||
                 !Parse_Int(size.substr(x + 1), height) || width < 1 || height < 1 ||
@@ -418,8 +377,8 @@ int Command_Chart(const std::vector<std::string>& args, std::ostream& out, std::
                 err << "quilmark-tool: --size takes WIDTHxHEIGHT in pixels\n";
                 return 2;
             }
-        } else if (option == "--aircraft" && has_value) {
-            std::stringstream parts(args[++i]);
+        } else if (option == "--aircraft") {
+            std::stringstream parts(value);
             std::string lat, lon, heading;
             std::getline(parts, lat, ',');
             std::getline(parts, lon, ',');
@@ -437,15 +396,12 @@ int Command_Chart(const std::vector<std::string>& args, std::ostream& out, std::
                 return 2;
             }
             aircraft = true;
-        } else if (option == "--hide" && has_value) {
-            std::stringstream layers(args[++i]);
+        } else if (option == "--hide") {
+            std::stringstream layers(value);
             std::string layer;
             while (std::getline(layers, layer, ',')) {
                 hidden.push_back(layer);
             }
-        } else {
-            err << kUsage;
-            return 2;
         }
     }
     if (ops == !out_file.empty()) {
@@ -454,7 +410,7 @@ int Command_Chart(const std::vector<std::string>& args, std::ostream& out, std::
     }
     auto module = std::make_unique<Module1>();
     Recording_Chooser_Form ui;
-    if (int status = Scan_And_Fetch(*module, args[0], ui, err); status != 0) {
+    if (int status = Scan_And_Fetch(*module, args.words[0], ui, err); status != 0) {
         return status;
     }
     Chart_View view;
@@ -507,18 +463,85 @@ void Set_Chart_Image_Writer(Chart_Image_Writer writer) {
     Image_Writer() = std::move(writer);
 }
 
-int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    using Command =
-        std::function<int(const std::vector<std::string>&, std::ostream&, std::ostream&)>;
-    static const std::map<std::string, Command> commands = {
-        {"bgl", Command_Bgl},   {"init", Command_Init},   {"scan", Command_Scan},
-        {"db", Command_Db},     {"fetch", Command_Fetch}, {"chart", Command_Chart},
-        {"link", Command_Link},
+namespace {
+
+struct Command {
+    Command_Syntax syntax;
+    int (*run)(const Command_Args& args, std::ostream& out, std::ostream& err);
+};
+
+// Every command: the shape of its arguments, which Run_Tool checks before the command
+// runs, and what runs it.
+const std::vector<Command>& Commands() {
+    static const std::vector<Command> commands = {
+        {{"bgl", "[--magdec MAGDEC] FILE...", {"FILE"}, true, {{"--magdec", "MAGDEC"}}},
+         Command_Bgl},
+        {{"init", "FS_PATH", {"FS_PATH"}, false, {}}, Command_Init},
+        {{"scan", "", {}, false, {}}, Command_Scan},
+        {{"db", "FILE COUNT", {"FILE", "COUNT"}, false, {}}, Command_Db},
+        {{"fetch", "\"ENTRY\"", {"ENTRY"}, false, {}}, Command_Fetch},
+        {{"chart",
+          "\"ENTRY\" [--zoom N] [--size WxH] [--aircraft LAT,LON,HEADING] [--hide LAYER,...] "
+          "(--ops | --out FILE)",
+          {"ENTRY"},
+          false,
+          {{"--zoom", "N"},
+           {"--size", "WxH"},
+           {"--aircraft", "LAT,LON,HEADING"},
+           {"--hide", "LAYER,..."},
+           {"--ops", nullptr},
+           {"--out", "FILE"}}},
+         Command_Chart},
+        {{"link", "[--port N]", {}, false, {{"--port", "N"}}}, Command_Link},
     };
-    if (args.empty() || commands.find(args[0]) == commands.end()) {
-        err << kUsage;
+    return commands;
+}
+
+void Write_Help(std::ostream& out) {
+    const char* lead = "usage: ";
+    for (const Command& command : Commands()) {
+        out << lead << Usage_Line(command.syntax) << "\n";
+        lead = "       ";
+    }
+    out << lead << "quilmark-tool --help | --version | COMMAND --help\n"
+        << "\n"
+        << "Each command works in the current directory, as the program does; see "
+           "quilmark-tool(1).\n";
+}
+
+} // namespace
+
+int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    if (args.empty()) {
+        err << "quilmark-tool: no command given; quilmark-tool --help lists them\n";
         return 2;
     }
-    std::vector<std::string> rest(args.begin() + 1, args.end());
-    return commands.at(args[0])(rest, out, err);
+    if (args[0] == "--help") {
+        Write_Help(out);
+        return 0;
+    }
+    if (args[0] == "--version") {
+        out << "quilmark-tool " << QUILMARK_VERSION << "\n";
+        return 0;
+    }
+    for (const Command& command : Commands()) {
+        if (args[0] != command.syntax.name) {
+            continue;
+        }
+        if (args.size() == 2 && args[1] == "--help") {
+            out << "usage: " << Usage_Line(command.syntax) << "\n";
+            return 0;
+        }
+        Command_Args parsed;
+        std::string problem = Parse_Command_Args(
+            command.syntax, std::vector<std::string>(args.begin() + 1, args.end()), parsed);
+        if (!problem.empty()) {
+            err << "quilmark-tool: " << problem << "\n";
+            return 2;
+        }
+        return command.run(parsed, out, err);
+    }
+    err << "quilmark-tool: unknown command \"" << args[0]
+        << "\"; quilmark-tool --help lists the commands\n";
+    return 2;
 }
