@@ -154,7 +154,7 @@ void Form2::Fill_Dir1() {
 
 void Form2::Command1_Click() {
     if (Text1->text().isEmpty() && !setup_done) {
-        program_.Message("Please enter the your fs directory", Message_Title,
+        program_.Message(this, "Please enter the your fs directory", Message_Title,
                          Message_Icon::Information);
     }
     if (Text1->text().isEmpty()) {
@@ -162,12 +162,13 @@ void Form2::Command1_Click() {
     }
     if (Write_First_Config(program_.module(), Option1->isChecked(),
                            QString_To_Ansi(Text1->text())) != Config_Status::ok) {
-        program_.Message("The settings file quilmark_config.cfg could not be written in this "
+        program_.Message(this,
+                         "The settings file quilmark_config.cfg could not be written in this "
                          "folder. Please start the program in a folder where it may write.",
                          Message_Title, Message_Icon::Exclamation);
         return;
     }
-    program_.Message("Settings file created successfully!", Message_Title,
+    program_.Message(this, "Settings file created successfully!", Message_Title,
                      Message_Icon::Information);
     setup_done = true;
     program_.Show_Form3();
@@ -185,7 +186,7 @@ void Form2::Form_Unload() {
     }
     std::error_code error;
     fs::remove(Config_File_Name, error); // a failure, or no file at all, is of no matter
-    program_.Message("You didn't finish setup process, program will end", Message_Title,
+    program_.Message(this, "You didn't finish setup process, program will end", Message_Title,
                      Message_Icon::Information);
     program_.End_Program();
 }

@@ -162,7 +162,7 @@ void Form3::Redraw_Progress() {
 }
 
 void Form3::Show_Message(const std::string& text, const std::string& title, Message_Icon icon) {
-    program_.Message(text, title, icon);
+    program_.Message(this, text, title, icon);
 }
 
 void Form3::Enable_Controls(bool enabled) {

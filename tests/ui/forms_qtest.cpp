@@ -1,17 +1,25 @@
 // The desktop program's flows, walked as a user would: timers are fired by hand instead of
-// waited for, message boxes are answered OK and remembered.
+// waited for, message boxes are answered OK and remembered. Where a flow hangs on the event
+// loop, real message boxes run their own and a watcher answers them; where it hangs on
+// the window manager, the test runs only under one (tests/ui/under_window_manager.sh).
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QTimer>
 #include <filesystem>
+#include <functional>
 
 #include "chart/chart_draw.h"
 #include "chart/qt_form4.h"
@@ -39,16 +47,25 @@ struct Recorded_Message {
 struct Program_Under_Test {
     std::vector<Recorded_Message> messages;
     bool ended = false;
+    bool ended_under_a_message = false;
     bool simulator = false;
     std::unique_ptr<Quilmark_Program> program;
 
-    Program_Under_Test() {
+    // Real message boxes, each running its own event loop until answered, if asked.
+    explicit Program_Under_Test(bool real_message_boxes = false) {
         Program_Services services;
-        services.show_message = [this](const std::string& text, const std::string& title,
-                                       Message_Icon icon) {
+        services.show_message = [this, real_message_boxes](QWidget* owner, const std::string& text,
+                                                           const std::string& title,
+                                                           Message_Icon icon) {
             messages.push_back({text, title, icon});
+            if (real_message_boxes) {
+                Desktop_Services().show_message(owner, text, title, icon);
+            }
         };
-        services.end_program = [this] { ended = true; };
+        services.end_program = [this] {
+            ended = true;
+            ended_under_a_message = QApplication::activeModalWidget() != nullptr;
+        };
         services.make_link_transport = [this] {
             auto module = std::make_unique<Fake_Module_Transport>();
             module->main_window = simulator;
@@ -70,6 +87,69 @@ void Settle() {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
+}
+
+// Runs the event loop until the condition holds or the time is up.
+bool Wait_Until(const std::function<bool()>& condition, int ms = 3000) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition() && clock.elapsed() < ms) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    return condition();
+}
+
+// Answers each real message box with OK once it has been up for a while, as a reader
+// would; `look` sees each box before it is answered.
+struct Message_Box_Watcher {
+    std::function<void(QMessageBox&)> look;
+    QTimer timer;
+
+    Message_Box_Watcher() {
+        timer.setInterval(20);
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr) {
+                return;
+            }
+            const int ticks = box->property("watched").toInt() + 1;
+            box->setProperty("watched", ticks);
+            if (ticks == 10) {
+                if (look) {
+                    look(*box);
+                }
+                box->button(QMessageBox::Ok)->click();
+            }
+        });
+        timer.start();
+    }
+};
+
+// Where windows land and which lies on top is the window manager's doing: such tests run
+// only under one.
+bool Under_Window_Manager() {
+    return !qEnvironmentVariableIsEmpty("QUILMARK_WINDOW_MANAGER") &&
+           QGuiApplication::platformName() == "xcb";
+}
+constexpr const char* No_Window_Manager =
+    "needs an X server with a window manager; the test ui_window_manager runs it under one";
+
+// Waits until the window manager has framed a shown window and placed it.
+bool Framed(QWidget* form) {
+    const bool framed = Wait_Until(
+        [form] { return form->isVisible() && form->frameGeometry() != form->geometry(); });
+    Wait_Until([] { return false; }, 300);
+    return framed;
+}
+
+// The part of the screen where a window is shows that window, not one in front of it.
+bool Seen_On_Screen(QWidget& form) {
+    const QPoint at = form.mapToGlobal(QPoint(0, 0));
+    const QImage shown =
+        form.screen()->grabWindow(0, at.x(), at.y(), form.width(), form.height()).toImage();
+    return shown.convertToFormat(QImage::Format_RGB32) ==
+           form.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 std::vector<std::string> Combo_Items(const QComboBox* combo) {
@@ -155,9 +235,9 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
     EXPECT_EQ(later.messages.size(), 1u); // the CD prompt only
 }
 
-TEST(Forms, UnfinishedWizardEndsWithoutASettingsFile) {
+TEST(Forms, UnfinishedWizardShowsItsMessageThenEndsWithoutASettingsFile) {
     Work_Dir dir("forms-wizard");
-    Program_Under_Test t;
+    Program_Under_Test t(true); // the end must wait until the message has been read
     t.program->Start();
     t.program->form1->Timer1_Timer();
     Settle();
@@ -167,9 +247,11 @@ TEST(Forms, UnfinishedWizardEndsWithoutASettingsFile) {
     EXPECT_TRUE(wizard->Option1->isChecked());
     EXPECT_EQ(t.m().fs_version, 1);
     EXPECT_FALSE(wizard->Text1->text().isEmpty()); // the lists always choose a folder
+    Message_Box_Watcher watcher;
     wizard->close();
     Settle();
     EXPECT_TRUE(t.ended);
+    EXPECT_FALSE(t.ended_under_a_message);
     ASSERT_EQ(t.messages.size(), 1u);
     EXPECT_EQ(t.messages[0].text, "You didn't finish setup process, program will end");
     EXPECT_FALSE(std::filesystem::exists(Config_File_Name));
@@ -301,4 +383,45 @@ TEST(Forms, ChooserCloseEndsTheProgram) {
     Settle();
     EXPECT_TRUE(t.ended);
     EXPECT_EQ(t.m().airports.Slot_Count(), 1u);
+}
+
+TEST(UnderWindowManager, ChartAndItsDialogsOpenAtTheTopLeftCorner) {
+    if (!Under_Window_Manager()) {
+        GTEST_SKIP() << No_Window_Manager;
+    }
+    Work_Dir dir("forms-corner");
+    Program_Under_Test t;
+    First_Start(t);
+    Form4* chart = Open_Seattle(t);
+    ASSERT_NE(chart, nullptr);
+    Menu_Action(chart, "Options", "Preferences")->trigger();
+    Menu_Action(chart, "About", "Quilmark v1.1")->trigger();
+    for (QWidget* form :
+         std::initializer_list<QWidget*>{chart, t.program->form5, t.program->form6}) {
+        ASSERT_TRUE(Framed(form)) << form->windowTitle().toStdString();
+        const QPoint corner = form->frameGeometry().topLeft();
+        EXPECT_EQ(std::make_pair(corner.x(), corner.y()), std::make_pair(0, 0))
+            << form->windowTitle().toStdString();
+    }
+}
+
+TEST(UnderWindowManager, LinkFailureMessageOpensAboveTheChart) {
+    if (!Under_Window_Manager()) {
+        GTEST_SKIP() << No_Window_Manager;
+    }
+    Work_Dir dir("forms-above");
+    Program_Under_Test t(true);
+    Message_Box_Watcher watcher;
+    bool over_the_chart = false;
+    bool seen = false;
+    watcher.look = [&](QMessageBox& box) {
+        if (box.text().startsWith("This program couldn't connect") && t.program->form4) {
+            over_the_chart = box.frameGeometry().intersects(t.program->form4->frameGeometry());
+            seen = Seen_On_Screen(box);
+        }
+    };
+    First_Start(t);
+    ASSERT_NE(Open_Seattle(t), nullptr);
+    EXPECT_TRUE(over_the_chart);
+    EXPECT_TRUE(seen);
 }

@@ -59,9 +59,8 @@ int main(int argc, char** argv) {
     std::filesystem::current_path(argv[2]);
 
     Program_Services services;
-    services.show_message = [](const std::string& text, const std::string& title, Message_Icon) {
-        std::cout << "[" << title << "] " << text << "\n";
-    };
+    services.show_message = [](QWidget*, const std::string& text, const std::string& title,
+                               Message_Icon) { std::cout << "[" << title << "] " << text << "\n"; };
     services.end_program = [] {};
     // An aircraft on final for 16L, from a stand-in for the simulator's module.
     services.make_link_transport = [] {
