@@ -75,6 +75,7 @@ Form4::Form4(Quilmark_Program& program) : program_(program) {
 
     Label1 = new QLabel("Altimeter: 0", chart_area);
     Label1->setGeometry(Twips(120), Twips(120), Twips(1455), Twips(255));
+    Label1->setAutoFillBackground(true); // the chart doesn't show through the reading
     Fit_Width(Label1);
     Command2 = new QPushButton("Zoom in", chart_area);
     Command2->setGeometry(Twips(120), Twips(2880), Twips(1095), Twips(375));

@@ -136,6 +136,10 @@ void Quilmark_Program::Show_Form4() {
         form4 = new Form4(*this);
         form4->show();
         form4->Form_Load();
+        // An options dialog left open across the change of airport shows the new chart's.
+        if (form5 != nullptr) {
+            form5->Show_Variables();
+        }
         return;
     }
     form4->show();

@@ -9,6 +9,8 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -126,6 +128,19 @@ struct Message_Box_Watcher {
     }
 };
 
+void Press(QWidget* widget, int key, const QString& text = {}) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(widget, &press);
+    QApplication::sendEvent(widget, &release);
+}
+
+void Type(QWidget* widget, const QString& text) {
+    for (QChar c : text) {
+        Press(widget, 0, QString(c));
+    }
+}
+
 // Where windows land and which lies on top is the window manager's doing: such tests run
 // only under one.
 bool Under_Window_Manager() {
@@ -222,6 +237,14 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
     EXPECT_EQ(list.front(), "KBFI (BOEING FLD KING CO INTL)");
     EXPECT_EQ(chooser->Combo1->currentText(), "[Type and select an airport from the list]");
     EXPECT_EQ(chooser->ProgressBar1->value(), 0);
+    // Ready for typing: the focus in the airport box, whose hint the first key replaces
+    // wherever the cursor stands; the status box is passed over by the tab key.
+    QWidget* focus = chooser->focusWidget();
+    EXPECT_TRUE(focus == chooser->Combo1 || focus == chooser->Combo1->lineEdit());
+    chooser->Combo1->lineEdit()->end(false);
+    Type(chooser->Combo1->lineEdit(), "sea");
+    EXPECT_EQ(chooser->Combo1->currentText(), "sea");
+    EXPECT_FALSE(chooser->Text1->focusPolicy() & Qt::TabFocus);
 
     // A later start in the same folder: the chooser straight after the splash.
     Program_Under_Test later;
@@ -232,7 +255,11 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
     ASSERT_NE(later.program->form3, nullptr);
     later.program->form3->Read_Sceneries_Paths_Timer();
     EXPECT_EQ(Combo_Items(later.program->form3->Combo1), list);
-    EXPECT_EQ(later.messages.size(), 1u); // the CD prompt only
+    EXPECT_EQ(later.messages.size(), 1u);    // the CD prompt only
+    later.program->form3->Command2->click(); // CLOSE_PROGRAM
+    Settle();
+    EXPECT_TRUE(later.ended);
+    EXPECT_EQ(later.m().airports.Slot_Count(), 1u);
 }
 
 TEST(Forms, UnfinishedWizardShowsItsMessageThenEndsWithoutASettingsFile) {
@@ -367,22 +394,32 @@ TEST(Forms, LiveAircraftAndTheOptionsDialog) {
     preferences->trigger();
     EXPECT_FALSE(t.program->form5->Check5->isChecked()); // still cleared while the chart is up
 
-    // The About box from the chart's menu.
+    // The About box from the chart's menu: inside the bold "Credits" frame the labels keep
+    // the form's plain font, and the caption of the thanks shows whole.
     QAction* about = Menu_Action(chart, "About", "Quilmark v1.1");
     ASSERT_NE(about, nullptr);
     about->trigger();
-    ASSERT_NE(t.program->form6, nullptr);
-    EXPECT_EQ(t.program->form6->windowTitle(), "About Quilmark v1.1");
-}
+    Form6* about_box = t.program->form6;
+    ASSERT_NE(about_box, nullptr);
+    EXPECT_EQ(about_box->windowTitle(), "About Quilmark v1.1");
+    EXPECT_TRUE(about_box->Frame1->font().bold());
+    const auto inside = about_box->Frame1->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    EXPECT_EQ(inside.size(), 3);
+    for (const QWidget* control : inside) {
+        EXPECT_FALSE(control->font().bold());
+        EXPECT_EQ(control->font().pointSizeF(), about_box->font().pointSizeF());
+    }
+    EXPECT_GE(about_box->Label6->contentsRect().width(),
+              about_box->Label6->fontMetrics().horizontalAdvance("Special Thanks To:"));
 
-TEST(Forms, ChooserCloseEndsTheProgram) {
-    Work_Dir dir("forms-close");
-    Program_Under_Test t;
-    First_Start(t);
-    t.program->form3->Command2->click();
+    // A new airport with the options left open: they show the new chart's settings.
+    Menu_Action(chart, "Change", "Airport")->trigger();
     Settle();
-    EXPECT_TRUE(t.ended);
-    EXPECT_EQ(t.m().airports.Slot_Count(), 1u);
+    t.program->form3->Read_Sceneries_Paths_Timer();
+    ASSERT_NE(Open_Seattle(t), nullptr);
+    ASSERT_NE(t.program->form5, nullptr);
+    EXPECT_TRUE(t.program->form5->Check5->isChecked());
+    EXPECT_TRUE(t.program->form5->Option2->isChecked());
 }
 
 TEST(UnderWindowManager, ChartAndItsDialogsOpenAtTheTopLeftCorner) {
