@@ -13,8 +13,10 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -140,6 +142,23 @@ void Type(QWidget* widget, const QString& text) {
         Press(widget, 0, QString(c));
     }
 }
+
+void Click(QListWidget* list, QListWidgetItem* item) {
+    list->scrollToItem(item);
+    const QPointF at = list->visualItemRect(item).center();
+    const QPointF global = list->viewport()->mapToGlobal(at);
+    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(list->viewport(), &event);
+    }
+}
+
+// HOME set to a folder of the test's own, for the test's lifetime.
+struct Home_At {
+    QByteArray previous = qgetenv("HOME");
+    explicit Home_At(const std::string& home) { qputenv("HOME", QByteArray::fromStdString(home)); }
+    ~Home_At() { qputenv("HOME", previous); }
+};
 
 // Where windows land and which lies on top is the window manager's doing: such tests run
 // only under one.
@@ -420,6 +439,44 @@ TEST(Forms, LiveAircraftAndTheOptionsDialog) {
     ASSERT_NE(t.program->form5, nullptr);
     EXPECT_TRUE(t.program->form5->Check5->isChecked());
     EXPECT_TRUE(t.program->form5->Option2->isChecked());
+}
+
+TEST(Forms, WizardFindsTheSimulatorInAWinePrefix) {
+    Work_Dir dir("forms-prefix");
+    const std::string home = dir.Sub("home");
+    const std::string c = home + "/.wine-fs2002/drive_c";
+    std::filesystem::create_directories(c + "/Program Files/Microsoft Games/FS2002");
+    std::filesystem::create_directories(c + "/users");
+    Home_At at(home);
+    Program_Under_Test t;
+    t.program->Start();
+    t.program->form1->Timer1_Timer();
+    Settle();
+    Form2* wizard = t.program->form2;
+    ASSERT_NE(wizard, nullptr);
+    ASSERT_EQ(wizard->Drive1->count(), 3);
+    EXPECT_EQ(wizard->Drive1->itemText(0), "c: [~/.wine-fs2002]");
+    EXPECT_EQ(wizard->Drive1->itemText(1).toStdString(), "~ [" + home + "]");
+    EXPECT_EQ(wizard->Text1->text().toStdString(), c); // the prefix's C: comes first
+
+    // Hidden folders are listed.
+    wizard->Drive1->setCurrentIndex(1);
+    QListWidget* folders = wizard->Dir1;
+    EXPECT_EQ(folders->item(folders->count() - 1)->text(), ".wine-fs2002");
+    wizard->Drive1->setCurrentIndex(0);
+    EXPECT_EQ(folders->item(folders->count() - 1)->text(), "users");
+
+    // First letters jump to a folder and choose it, Enter opens it, a click chooses.
+    Type(folders, "pro");
+    EXPECT_EQ(wizard->Text1->text().toStdString(), c + "/Program Files");
+    Press(folders, Qt::Key_Return);
+    Click(folders, folders->item(folders->count() - 1));
+    EXPECT_EQ(wizard->Text1->text().toStdString(), c + "/Program Files/Microsoft Games");
+    wizard->Set_Dir1_Path(c + "/Program Files/Microsoft Games");
+    Click(folders, folders->item(folders->count() - 1));
+    wizard->Command1->click();
+    Settle();
+    EXPECT_EQ(t.m().fs_path, c + "/Program Files/Microsoft Games/FS2002");
 }
 
 TEST(UnderWindowManager, ChartAndItsDialogsOpenAtTheTopLeftCorner) {
