@@ -75,6 +75,7 @@ Form4::Form4(Quilmark_Program& program) : program_(program) {
 
     Label1 = new QLabel("Altimeter: 0", chart_area);
     Label1->setGeometry(Twips(120), Twips(120), Twips(1455), Twips(255));
+    Label1->setAutoFillBackground(true); // the chart doesn't show through the reading
     Fit_Width(Label1);
     Command2 = new QPushButton("Zoom in", chart_area);
     Command2->setGeometry(Twips(120), Twips(2880), Twips(1095), Twips(375));
@@ -88,8 +89,11 @@ Form4::Form4(Quilmark_Program& program) : program_(program) {
     connect(Command3, &QPushButton::clicked, this, [this] { Command3_Click(); });
     connect(Command4, &QPushButton::clicked, this, [this] { Command4_Click(); });
 
-    // Client area 271 by 228 pixels, below the menu bar.
+    // Client area 271 by 228 pixels, below the menu bar. The chart goes to the top left
+    // corner before it first shows: a window manager places a new window as it first
+    // maps it, and may take no notice of a move that comes just after.
     resize(Twips(4065), Twips(3420) + menuBar()->sizeHint().height());
+    move(0, 0);
     Timer1.setInterval(1000);
     connect(&Timer1, &QTimer::timeout, this, [this] { Timer1_Timer(); });
 }
@@ -137,7 +141,7 @@ void Form4::Form_Load() {
         Link_Result result = Link_Result::ok;
         m.fsuipc_connected = transport_ != nullptr && Link_Open(link_, fsuipc_fs2002, result);
         if (!m.fsuipc_connected) {
-            program_.Message(Link_Open_Failed_Text, Message_Title, Message_Icon::Exclamation);
+            program_.Message(this, Link_Open_Failed_Text, Message_Title, Message_Icon::Exclamation);
             Link_Close(link_);
             m.fsuipc_connected = false;
         }
@@ -147,7 +151,7 @@ void Form4::Form_Load() {
         loaded_ = true;
         Timer1.start();
     } catch (const std::exception&) {
-        program_.Message(Load_Failed_Text, Message_Title, Message_Icon::Critical);
+        program_.Message(this, Load_Failed_Text, Message_Title, Message_Icon::Critical);
         program_.End_Program();
     }
 }
@@ -262,7 +266,7 @@ void Form4::Timer1_Timer() {
     Module1& m = program_.module();
     if (m.fsuipc_connected) {
         if (!Read_Aircraft()) {
-            program_.Message(Link_Read_Failed_Text, Message_Title, Message_Icon::Exclamation);
+            program_.Message(this, Link_Read_Failed_Text, Message_Title, Message_Icon::Exclamation);
             Link_Close(link_);
             m.fsuipc_connected = false;
             return;

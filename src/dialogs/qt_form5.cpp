@@ -56,6 +56,11 @@ Form5::Form5(Quilmark_Program& program) : program_(program) {
 
     // The load: at the corner on top, then the controls show the variables as they are.
     Put_On_Top_At_Corner(*this);
+    Show_Variables();
+}
+
+void Form5::Show_Variables() {
+    const Module1& m = program_.module();
     const std::pair<QCheckBox*, bool> states[] = {
         {Check1, m.show_taxiway_ids}, {Check2, m.show_taxiways}, {Check5, m.show_gates},
         {Check3, m.show_ils},         {Check4, m.show_airspace}, {Check6, m.follow_aircraft}};

@@ -14,6 +14,9 @@ class Quilmark_Program;
 class Form5 : public QWidget {
   public:
     explicit Form5(Quilmark_Program& program);
+    // The controls show the variables as they are: at the load, and when a new chart has
+    // set them anew while the dialog stayed open.
+    void Show_Variables();
 
     QGroupBox* Frame1 = nullptr;
     QCheckBox* Check1 = nullptr; // taxiway names

@@ -26,7 +26,12 @@ Form6::Form6(Quilmark_Program& program) : program_(program) {
     frame_font.setBold(true);
     frame_font.setPointSize(12);
     Frame1->setFont(frame_font);
-    const QFont plain = font();
+    // The labels inside keep the form's font. A font taken from font() as it stands sets
+    // nothing of its own, so that the labels would inherit the frame's; so weight and
+    // size are set explicitly.
+    QFont plain = font();
+    plain.setWeight(QFont::Normal);
+    plain.setPointSizeF(font().pointSizeF());
     auto* made =
         new QLabel("Airport charts from the scenery of Microsoft Flight Simulator 2002.", Frame1);
     made->setFont(plain);
@@ -35,6 +40,7 @@ Form6::Form6(Quilmark_Program& program) : program_(program) {
     Label6 = new QLabel("Special Thanks To:", Frame1);
     Label6->setFont(plain);
     Label6->setGeometry(Twips(240), Twips(1320), Twips(1455), Twips(255));
+    Fit_Width(Label6);
     Text1 = new QPlainTextEdit(Frame1);
     Text1->setFont(plain);
     Text1->setGeometry(Twips(240), Twips(1560), Twips(4335), Twips(735));

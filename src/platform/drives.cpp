@@ -1,8 +1,10 @@
 #include "platform/drives.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "platform/text1252.h"
@@ -238,4 +240,75 @@ const Drive_Rec* Find_Drive(const Drive_List& list, std::string_view letter_path
         }
     }
     return nullptr;
+}
+
+namespace {
+
+// A place in the home folder that holds prefixes: the folders in `folder` whose names begin
+// with `name_start`, each with `inside` appended.
+struct Prefix_Place {
+    const char* folder;
+    const char* name_start;
+    const char* inside;
+};
+
+constexpr Prefix_Place Prefix_Places[] = {
+    {"", ".wine", ""},
+    {".local/share/wineprefixes", "", ""},
+    {"Games", "", ""},
+    {".local/share/bottles/bottles", "", ""},
+    {".var/app/com.usebottles.bottles/data/bottles/bottles", "", ""},
+    {".PlayOnLinux/wineprefix", "", ""},
+    {".cxoffice", "", ""},
+    {".local/share/Steam/steamapps/compatdata", "", "pfx"},
+    {".steam/steam/steamapps/compatdata", "", "pfx"},
+    {".steam/root/steamapps/compatdata", "", "pfx"},
+    {".var/app/com.valvesoftware.Steam/.local/share/Steam/steamapps/compatdata", "", "pfx"},
+};
+
+constexpr size_t Max_Home_Prefixes = 300;
+
+// The native folder of a prefix's drive C:, or empty if it has none.
+std::string Prefix_C_Root(const fs::path& prefix) {
+    std::error_code ec;
+    if (fs::is_directory(prefix / "dosdevices", ec)) {
+        const Drive_List list = Wine_Drive_List(prefix.string());
+        const Drive_Rec* c = Find_Drive(list, "C:");
+        if (c != nullptr && c->ready) {
+            return c->native_root;
+        }
+    }
+    return fs::is_directory(prefix / "drive_c", ec) ? (prefix / "drive_c").string() : "";
+}
+
+} // namespace
+
+std::vector<Wine_Prefix_Rec> Find_Home_Wine_Prefixes(const std::string& home) {
+    std::vector<Wine_Prefix_Rec> prefixes;
+    std::set<fs::path> seen;
+    for (const Prefix_Place& place : Prefix_Places) {
+        std::vector<fs::path> candidates;
+        std::error_code ec;
+        fs::directory_iterator it(fs::path(home) / place.folder, ec);
+        for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
+            if (it->path().filename().string().starts_with(place.name_start) &&
+                candidates.size() < Max_Home_Prefixes) {
+                candidates.push_back(*place.inside != 0 ? it->path() / place.inside : it->path());
+            }
+        }
+        std::sort(candidates.begin(), candidates.end());
+        for (const fs::path& candidate : candidates) {
+            std::error_code canonical_ec;
+            const fs::path same = fs::weakly_canonical(candidate, canonical_ec);
+            if (prefixes.size() >= Max_Home_Prefixes || canonical_ec || seen.contains(same)) {
+                continue;
+            }
+            std::string c_root = Prefix_C_Root(candidate);
+            if (!c_root.empty()) {
+                seen.insert(same);
+                prefixes.push_back({candidate.string(), std::move(c_root)});
+            }
+        }
+    }
+    return prefixes;
 }

@@ -54,6 +54,22 @@ Drive_List Plain_Drive_List();
 // if it lies in one, else the plain list.
 Drive_List Drive_List_For_Folder(const std::string& native_folder);
 
+// A Wine prefix and the native folder of its drive C:.
+struct Wine_Prefix_Rec {
+    std::string prefix; // native folder (UTF-8)
+    std::string c_root;
+    bool operator==(const Wine_Prefix_Rec&) const = default;
+};
+
+// The Wine prefixes in the places of a home folder where Wine and the game launchers keep
+// them: ~/.wine and its siblings (~/.wine-fs2002, ~/.wine32), winetricks' prefixes,
+// Lutris' game folders, Bottles' bottles (also as a Flatpak), PlayOnLinux's prefixes,
+// CrossOver's bottles, and the prefixes that Steam's Proton makes for each game. A folder
+// counts as a prefix if it has a drive C: (its "dosdevices/c:" or its "drive_c"). Each
+// prefix comes once, however many links lead to it, in the order of the places and by name
+// within a place; the list stops at a few hundred.
+std::vector<Wine_Prefix_Rec> Find_Home_Wine_Prefixes(const std::string& home);
+
 // The drive whose letter path is the first two characters of text ("c:" or "C:"), or
 // nullptr.
 const Drive_Rec* Find_Drive(const Drive_List& list, std::string_view letter_path);

@@ -1,5 +1,6 @@
 #include "shell/qt_form2.h"
 
+#include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDir>
@@ -9,6 +10,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyledItemDelegate>
 #include <filesystem>
 
 #include "platform/drives.h"
@@ -20,26 +22,52 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The places a Linux user's simulator can live: the drives of the default Wine prefix,
-// the home folder and the root of the file system.
+constexpr int Folder_Path_Role = Qt::UserRole;
+constexpr int Folder_Depth_Role = Qt::UserRole + 1;
+
+// A folder as the user knows it: the home folder written as "~".
+QString Home_Relative(const QString& folder, const QString& home) {
+    if (folder == home) {
+        return "~";
+    }
+    return folder.startsWith(home + "/") ? "~" + folder.mid(home.size()) : folder;
+}
+
+// The places a Linux user's simulator can live: the drive C: of every Wine prefix in the
+// home folder, the home folder itself and the root of the file system.
 std::vector<std::pair<QString, std::string>> Drive_Choices() {
     std::vector<std::pair<QString, std::string>> choices;
     const QString home = QDir::homePath();
-    const std::string prefix = (home + "/.wine").toStdString();
-    std::error_code error;
-    if (fs::is_directory(prefix + "/dosdevices", error)) {
-        for (const Drive_Rec& drive : Wine_Drive_List(prefix).drives) {
-            if (!drive.native_root.empty() && fs::is_directory(drive.native_root, error)) {
-                choices.push_back({QString::fromStdString(drive.path).toLower() + " [" +
-                                       QString::fromStdString(drive.native_root) + "]",
-                                   drive.native_root});
-            }
-        }
+    for (const Wine_Prefix_Rec& prefix : Find_Home_Wine_Prefixes(home.toStdString())) {
+        choices.push_back(
+            {"c: [" + Home_Relative(QString::fromStdString(prefix.prefix), home) + "]",
+             prefix.c_root});
     }
     choices.push_back({"~ [" + home + "]", home.toStdString()});
     choices.push_back({"/ [root]", "/"});
     return choices;
 }
+
+// Draws each folder indented by its depth below the root, as a folder list box does, while
+// the item's text stays the bare name, for the list's jump to a folder by its first letters.
+class Folder_Indent : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyleOptionViewItem indented(option);
+        indented.rect.setLeft(option.rect.left() + Indent(option, index));
+        QStyledItemDelegate::paint(painter, indented, index);
+    }
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(Indent(option, index), 0);
+    }
+
+  private:
+    static int Indent(const QStyleOptionViewItem& option, const QModelIndex& index) {
+        return index.data(Folder_Depth_Role).toInt() * option.fontMetrics.horizontalAdvance("  ");
+    }
+};
 
 } // namespace
 
@@ -62,6 +90,7 @@ Form2::Form2(Quilmark_Program& program) : program_(program) {
     Drive1->setGeometry(Twips(120), Twips(720), Twips(2535), Twips(315));
     Dir1 = new QListWidget(Frame2);
     Dir1->setGeometry(Twips(120), Twips(1080), Twips(3975), Twips(1215));
+    Dir1->setItemDelegate(new Folder_Indent(Dir1));
     Label4 = new QLabel("Current Directory:", Frame2);
     Label4->setGeometry(Twips(120), Twips(2520), Twips(1575), Twips(255));
     Text1 = new QLineEdit(Frame2);
@@ -84,10 +113,14 @@ Form2::Form2(Quilmark_Program& program) : program_(program) {
     for (const auto& [text, root] : Drive_Choices()) {
         Drive1->addItem(text, QString::fromStdString(root));
     }
+    // The prefixes' names can be long: the open list is as wide as they are.
+    Drive1->view()->setMinimumWidth(Drive1->view()->sizeHintForColumn(0) + 8);
     connect(Option1, &QRadioButton::clicked, this, [this] { program_.module().fs_version = 1; });
     connect(Drive1, &QComboBox::currentIndexChanged, this, [this] { Drive1_Change(); });
+    // A click, or a jump by first letters, chooses a folder; a double click opens it.
+    connect(Dir1, &QListWidget::currentItemChanged, this, [this] { Dir1_Change(); });
     connect(Dir1, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
-        Set_Dir1_Path(item->data(Qt::UserRole).toString().toStdString());
+        Set_Dir1_Path(item->data(Folder_Path_Role).toString().toStdString());
     });
     connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
 
@@ -110,27 +143,34 @@ void Form2::Set_Dir1_Path(const std::string& native_folder) {
 }
 
 void Form2::Dir1_Change() {
-    Text1->setText(QString::fromStdString(dir1_path_));
+    const QListWidgetItem* chosen = Dir1->currentItem();
+    Text1->setText(chosen != nullptr ? chosen->data(Folder_Path_Role).toString()
+                                     : QString::fromStdString(dir1_path_));
 }
 
-// Like a folder list box: the chosen folder's ancestors, the folder itself, then the folders
-// inside it, each opened by a double click.
+// Like a folder list box: the open folder's ancestors, the folder itself, then the folders
+// inside it, hidden ones too, each opened by a double click.
 void Form2::Fill_Dir1() {
     Dir1->clear();
     fs::path current(dir1_path_);
+    // The chain starts at the root of Drive1's drive, named as the drive ("c:", "~"), when
+    // the folder lies on it, else at the root of the file system.
+    const fs::path drive_root(Drive1->currentData().toString().toStdString());
     std::vector<fs::path> ancestors;
     for (fs::path p = current; !p.empty(); p = p.parent_path()) {
         ancestors.insert(ancestors.begin(), p);
-        if (p == p.root_path()) {
+        if (p == drive_root || p == p.root_path()) {
             break;
         }
     }
     int depth = 0;
     for (const fs::path& p : ancestors) {
-        QString name = p == p.root_path() ? QString::fromStdString(p.string())
-                                          : QString::fromStdString(p.filename().string());
-        auto* item = new QListWidgetItem(QString(depth * 2, ' ') + name, Dir1);
-        item->setData(Qt::UserRole, QString::fromStdString(p.string()));
+        QString name = p == drive_root      ? Drive1->currentText().section(" [", 0, 0)
+                       : p == p.root_path() ? QString::fromStdString(p.string())
+                                            : QString::fromStdString(p.filename().string());
+        auto* item = new QListWidgetItem(name, Dir1);
+        item->setData(Folder_Path_Role, QString::fromStdString(p.string()));
+        item->setData(Folder_Depth_Role, depth);
         ++depth;
         if (p == current) {
             Dir1->setCurrentItem(item);
@@ -140,21 +180,21 @@ void Form2::Fill_Dir1() {
     std::error_code error;
     for (fs::directory_iterator it(current, error), end; !error && it != end; it.increment(error)) {
         std::error_code type_error;
-        if (it->is_directory(type_error) && it->path().filename().string()[0] != '.') {
+        if (it->is_directory(type_error)) {
             children.push_back(it->path().filename().string());
         }
     }
     std::sort(children.begin(), children.end());
     for (const std::string& child : children) {
-        auto* item =
-            new QListWidgetItem(QString(depth * 2, ' ') + QString::fromStdString(child), Dir1);
-        item->setData(Qt::UserRole, QString::fromStdString((current / child).string()));
+        auto* item = new QListWidgetItem(QString::fromStdString(child), Dir1);
+        item->setData(Folder_Path_Role, QString::fromStdString((current / child).string()));
+        item->setData(Folder_Depth_Role, depth);
     }
 }
 
 void Form2::Command1_Click() {
     if (Text1->text().isEmpty() && !setup_done) {
-        program_.Message("Please enter the your fs directory", Message_Title,
+        program_.Message(this, "Please enter the your fs directory", Message_Title,
                          Message_Icon::Information);
     }
     if (Text1->text().isEmpty()) {
@@ -162,12 +202,13 @@ void Form2::Command1_Click() {
     }
     if (Write_First_Config(program_.module(), Option1->isChecked(),
                            QString_To_Ansi(Text1->text())) != Config_Status::ok) {
-        program_.Message("The settings file quilmark_config.cfg could not be written in this "
+        program_.Message(this,
+                         "The settings file quilmark_config.cfg could not be written in this "
                          "folder. Please start the program in a folder where it may write.",
                          Message_Title, Message_Icon::Exclamation);
         return;
     }
-    program_.Message("Settings file created successfully!", Message_Title,
+    program_.Message(this, "Settings file created successfully!", Message_Title,
                      Message_Icon::Information);
     setup_done = true;
     program_.Show_Form3();
@@ -185,7 +226,7 @@ void Form2::Form_Unload() {
     }
     std::error_code error;
     fs::remove(Config_File_Name, error); // a failure, or no file at all, is of no matter
-    program_.Message("You didn't finish setup process, program will end", Message_Title,
+    program_.Message(this, "You didn't finish setup process, program will end", Message_Title,
                      Message_Icon::Information);
     program_.End_Program();
 }

@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QCompleter>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -21,6 +22,15 @@ namespace {
 
 int Bar_Number(float value) {
     return static_cast<int>(std::lround(value));
+}
+
+constexpr const char* Combo1_Hint = "[Type and select an airport from the list]";
+
+// A key that edits a line's text: a character, a deletion or a paste.
+bool Edits_Text(const QKeyEvent& key) {
+    return (!key.text().isEmpty() && key.text().at(0).isPrint()) ||
+           key.key() == Qt::Key_Backspace || key.key() == Qt::Key_Delete ||
+           key.matches(QKeySequence::Paste);
 }
 
 } // namespace
@@ -51,7 +61,8 @@ Form3::Form3(Quilmark_Program& program) : data(std::make_unique<Form3_Data>()), 
     completer->setMaxVisibleItems(20);
     Combo1->setCompleter(completer);
     Combo1->setCurrentIndex(-1);
-    Combo1->setEditText("[Type and select an airport from the list]");
+    Combo1->setEditText(Combo1_Hint);
+    Combo1->lineEdit()->installEventFilter(this);
 
     Label2 = new QLabel("Scanning:", client);
     Label2->setGeometry(Twips(120), Twips(1560), Twips(855), Twips(255));
@@ -59,6 +70,7 @@ Form3::Form3(Quilmark_Program& program) : data(std::make_unique<Form3_Data>()), 
     Text1->setGeometry(Twips(960), Twips(1560), Twips(3255), Twips(285));
     Text1->setAlignment(Qt::AlignCenter);
     Text1->setReadOnly(true);
+    Text1->setFocusPolicy(Qt::NoFocus); // it shows the status only: no stop for the tab key
     ProgressBar1 = new QProgressBar(client);
     ProgressBar1->setGeometry(Twips(120), Twips(2040), Twips(4815), Twips(255));
     ProgressBar1->setRange(0, 100);
@@ -94,6 +106,22 @@ void Form3::Read_Sceneries_Paths_Timer() {
     }
     scan_started_ = true;
     Run_Scenery_Scan(program_.module(), *data, *this);
+    // Ready for typing: the focus in the airport box, with its hint chosen whole.
+    if (Combo1->isEnabled()) {
+        Combo1->setFocus();
+        if (Combo1->currentText() == Combo1_Hint) {
+            Combo1->lineEdit()->selectAll();
+        }
+    }
+}
+
+bool Form3::eventFilter(QObject* watched, QEvent* event) {
+    // Typing into the airport box replaces its hint, wherever the cursor stands in it.
+    if (watched == Combo1->lineEdit() && event->type() == QEvent::KeyPress &&
+        Combo1->currentText() == Combo1_Hint && Edits_Text(*static_cast<QKeyEvent*>(event))) {
+        Combo1->lineEdit()->clear();
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 std::optional<std::string> Form3::Chosen_Entry() const {
@@ -162,7 +190,7 @@ void Form3::Redraw_Progress() {
 }
 
 void Form3::Show_Message(const std::string& text, const std::string& title, Message_Icon icon) {
-    program_.Message(text, title, icon);
+    program_.Message(this, text, title, icon);
 }
 
 void Form3::Enable_Controls(bool enabled) {

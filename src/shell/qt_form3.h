@@ -62,6 +62,7 @@ class Form3 : public QMainWindow, public Chooser_Form {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void Flush_List();

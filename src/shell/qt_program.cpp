@@ -41,9 +41,11 @@ void Fit_Width(QWidget* control) {
 
 Program_Services Desktop_Services() {
     Program_Services services;
-    services.show_message = [](const std::string& text, const std::string& title,
+    services.show_message = [](QWidget* owner, const std::string& text, const std::string& title,
                                Message_Icon icon) {
-        QMessageBox box;
+        // Owned by its form, the box opens over it and the window manager keeps it above,
+        // even above a form that stays above all other windows.
+        QMessageBox box(owner);
         box.setWindowTitle(Ansi_To_QString(title));
         box.setText(Ansi_To_QString(text));
         box.setIcon(icon == Message_Icon::Critical      ? QMessageBox::Critical
@@ -76,10 +78,10 @@ void Quilmark_Program::Start() {
     Show_Form1();
 }
 
-void Quilmark_Program::Message(const std::string& text, const std::string& title,
+void Quilmark_Program::Message(QWidget* owner, const std::string& text, const std::string& title,
                                Message_Icon icon) {
     if (services_.show_message) {
-        services_.show_message(text, title, icon);
+        services_.show_message(owner, text, title, icon);
     }
 }
 
@@ -134,6 +136,10 @@ void Quilmark_Program::Show_Form4() {
         form4 = new Form4(*this);
         form4->show();
         form4->Form_Load();
+        // An options dialog left open across the change of airport shows the new chart's.
+        if (form5 != nullptr) {
+            form5->Show_Variables();
+        }
         return;
     }
     form4->show();
@@ -160,10 +166,12 @@ void Quilmark_Program::Unload_Form1() {
 }
 
 void Quilmark_Program::Unload_Form2() {
+    // The handler first, while the form is still up: an unfinished wizard's message must
+    // be read before the program ends, and with the form gone the program would end by
+    // itself as soon as the message box turned the event loop.
     if (form2 != nullptr) {
-        Form2* going = form2;
+        form2->Form_Unload();
         Remove(form2);
-        going->Form_Unload();
     }
 }
 

@@ -22,8 +22,10 @@ class Form6;
 
 // What the forms need of the platform beyond their own widgets; tests replace these.
 struct Program_Services {
-    // A modal message box with one OK button. Texts are Windows-1252.
-    std::function<void(const std::string& text, const std::string& title, Message_Icon icon)>
+    // A modal message box with one OK button, above the form it belongs to (none before the
+    // first form). Texts are Windows-1252.
+    std::function<void(QWidget* owner, const std::string& text, const std::string& title,
+                       Message_Icon icon)>
         show_message;
     // Ends the process at once.
     std::function<void()> end_program;
@@ -63,7 +65,8 @@ class Quilmark_Program {
     void End_Program();
     bool Ended() const { return ended_; }
 
-    void Message(const std::string& text, const std::string& title, Message_Icon icon);
+    void Message(QWidget* owner, const std::string& text, const std::string& title,
+                 Message_Icon icon);
 
     Module1& module() { return *module_; }
     const Program_Services& services() const { return services_; }

@@ -83,3 +83,44 @@ TEST(Drives, PrefixIsFoundAboveTheSimulatorFolderOnly) {
     EXPECT_EQ(plain.drives.at(0).native_root, "/");
     EXPECT_EQ(plain.wine_prefix, "");
 }
+
+TEST(Drives, HomePrefixesOfWineAndTheGameLaunchers) {
+    Work_Dir dir("home-prefixes");
+    const fs::path home = dir.Path();
+    const std::string h = home.string();
+    // A prefix with its drive_c folder, and dosdevices links where Wine has run in it.
+    const auto make_prefix = [&](const std::string& folder, const fs::path& c_link) {
+        fs::create_directories(home / folder / "drive_c");
+        if (!c_link.empty()) {
+            fs::create_directories(home / folder / "dosdevices");
+            fs::create_symlink(c_link, home / folder / "dosdevices/c:");
+        }
+    };
+    make_prefix(".wine", "../drive_c");
+    make_prefix(".wine-fs2002", "");
+    fs::create_directories(home / ".wine-notes"); // no drive C: here
+    make_prefix(".local/share/wineprefixes/fs9", "");
+    make_prefix("Games/flight-simulator-2002", "");
+    fs::create_directories(home / "Games/tetris"); // a native game
+    fs::create_directories(home / "Disks/c");
+    make_prefix(".local/share/bottles/bottles/Gaming", home / "Disks/c"); // C: elsewhere
+    make_prefix(".PlayOnLinux/wineprefix/FS2002", "");
+    make_prefix(".local/share/Steam/steamapps/compatdata/12345/pfx", "../drive_c");
+    fs::create_directories(home / ".local/share/Steam/steamapps/compatdata/0"); // no pfx
+    // Steam's usual link: the same prefixes a second way, listed once.
+    fs::create_directories(home / ".steam");
+    fs::create_directory_symlink(home / ".local/share/Steam", home / ".steam/steam");
+
+    const std::vector<Wine_Prefix_Rec> expected = {
+        {h + "/.wine", h + "/.wine/drive_c"},
+        {h + "/.wine-fs2002", h + "/.wine-fs2002/drive_c"},
+        {h + "/.local/share/wineprefixes/fs9", h + "/.local/share/wineprefixes/fs9/drive_c"},
+        {h + "/Games/flight-simulator-2002", h + "/Games/flight-simulator-2002/drive_c"},
+        {h + "/.local/share/bottles/bottles/Gaming", h + "/Disks/c"},
+        {h + "/.PlayOnLinux/wineprefix/FS2002", h + "/.PlayOnLinux/wineprefix/FS2002/drive_c"},
+        {h + "/.local/share/Steam/steamapps/compatdata/12345/pfx",
+         h + "/.local/share/Steam/steamapps/compatdata/12345/pfx/drive_c"},
+    };
+    EXPECT_EQ(Find_Home_Wine_Prefixes(h), expected);
+    EXPECT_TRUE(Find_Home_Wine_Prefixes(h + "/nowhere").empty());
+}

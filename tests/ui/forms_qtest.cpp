@@ -1,17 +1,29 @@
 // The desktop program's flows, walked as a user would: timers are fired by hand instead of
-// waited for, message boxes are answered OK and remembered.
+// waited for, message boxes are answered OK and remembered. Where a flow hangs on the event
+// loop, real message boxes run their own and a watcher answers them; where it hangs on
+// the window manager, the test runs only under one (tests/ui/under_window_manager.sh).
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
+#include <QMessageBox>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
+#include <QTimer>
 #include <filesystem>
+#include <functional>
 
 #include "chart/chart_draw.h"
 #include "chart/qt_form4.h"
@@ -39,16 +51,25 @@ struct Recorded_Message {
 struct Program_Under_Test {
     std::vector<Recorded_Message> messages;
     bool ended = false;
+    bool ended_under_a_message = false;
     bool simulator = false;
     std::unique_ptr<Quilmark_Program> program;
 
-    Program_Under_Test() {
+    // Real message boxes, each running its own event loop until answered, if asked.
+    explicit Program_Under_Test(bool real_message_boxes = false) {
         Program_Services services;
-        services.show_message = [this](const std::string& text, const std::string& title,
-                                       Message_Icon icon) {
+        services.show_message = [this, real_message_boxes](QWidget* owner, const std::string& text,
+                                                           const std::string& title,
+                                                           Message_Icon icon) {
             messages.push_back({text, title, icon});
+            if (real_message_boxes) {
+                Desktop_Services().show_message(owner, text, title, icon);
+            }
         };
-        services.end_program = [this] { ended = true; };
+        services.end_program = [this] {
+            ended = true;
+            ended_under_a_message = QApplication::activeModalWidget() != nullptr;
+        };
         services.make_link_transport = [this] {
             auto module = std::make_unique<Fake_Module_Transport>();
             module->main_window = simulator;
@@ -70,6 +91,99 @@ void Settle() {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }
+}
+
+// Runs the event loop until the condition holds or the time is up.
+bool Wait_Until(const std::function<bool()>& condition, int ms = 3000) {
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition() && clock.elapsed() < ms) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    return condition();
+}
+
+// Answers each real message box with OK once it has been up for a while, as a reader
+// would; `look` sees each box before it is answered.
+struct Message_Box_Watcher {
+    std::function<void(QMessageBox&)> look;
+    QTimer timer;
+
+    Message_Box_Watcher() {
+        timer.setInterval(20);
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr) {
+                return;
+            }
+            const int ticks = box->property("watched").toInt() + 1;
+            box->setProperty("watched", ticks);
+            if (ticks == 10) {
+                if (look) {
+                    look(*box);
+                }
+                box->button(QMessageBox::Ok)->click();
+            }
+        });
+        timer.start();
+    }
+};
+
+void Press(QWidget* widget, int key, const QString& text = {}) {
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+    QApplication::sendEvent(widget, &press);
+    QApplication::sendEvent(widget, &release);
+}
+
+void Type(QWidget* widget, const QString& text) {
+    for (QChar c : text) {
+        Press(widget, 0, QString(c));
+    }
+}
+
+void Click(QListWidget* list, QListWidgetItem* item) {
+    list->scrollToItem(item);
+    const QPointF at = list->visualItemRect(item).center();
+    const QPointF global = list->viewport()->mapToGlobal(at);
+    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(list->viewport(), &event);
+    }
+}
+
+// HOME set to a folder of the test's own, for the test's lifetime.
+struct Home_At {
+    QByteArray previous = qgetenv("HOME");
+    explicit Home_At(const std::string& home) { qputenv("HOME", QByteArray::fromStdString(home)); }
+    ~Home_At() { qputenv("HOME", previous); }
+};
+
+// Where windows land and which lies on top is the window manager's doing: such tests run
+// only under one.
+bool Under_Window_Manager() {
+    return !qEnvironmentVariableIsEmpty("QUILMARK_WINDOW_MANAGER") &&
+           QGuiApplication::platformName() == "xcb";
+}
+constexpr const char* No_Window_Manager =
+    "needs an X server with a window manager; the test ui_window_manager runs it under one";
+
+// Waits until the window manager has framed a shown window and placed it.
+bool Framed(QWidget* form) {
+    const bool framed = Wait_Until(
+        [form] { return form->isVisible() && form->frameGeometry() != form->geometry(); });
+    Wait_Until([] { return false; }, 300);
+    return framed;
+}
+
+// The part of the screen where a window is shows that window, not one in front of it.
+bool Seen_On_Screen(QWidget& form) {
+    const QPoint at = form.mapToGlobal(QPoint(0, 0));
+    const QImage shown =
+        form.screen()->grabWindow(0, at.x(), at.y(), form.width(), form.height()).toImage();
+    return shown.convertToFormat(QImage::Format_RGB32) ==
+           form.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 std::vector<std::string> Combo_Items(const QComboBox* combo) {
@@ -142,6 +256,14 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
     EXPECT_EQ(list.front(), "KBFI (BOEING FLD KING CO INTL)");
     EXPECT_EQ(chooser->Combo1->currentText(), "[Type and select an airport from the list]");
     EXPECT_EQ(chooser->ProgressBar1->value(), 0);
+    // Ready for typing: the focus in the airport box, whose hint the first key replaces
+    // wherever the cursor stands; the status box is passed over by the tab key.
+    QWidget* focus = chooser->focusWidget();
+    EXPECT_TRUE(focus == chooser->Combo1 || focus == chooser->Combo1->lineEdit());
+    chooser->Combo1->lineEdit()->end(false);
+    Type(chooser->Combo1->lineEdit(), "sea");
+    EXPECT_EQ(chooser->Combo1->currentText(), "sea");
+    EXPECT_FALSE(chooser->Text1->focusPolicy() & Qt::TabFocus);
 
     // A later start in the same folder: the chooser straight after the splash.
     Program_Under_Test later;
@@ -152,12 +274,16 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
     ASSERT_NE(later.program->form3, nullptr);
     later.program->form3->Read_Sceneries_Paths_Timer();
     EXPECT_EQ(Combo_Items(later.program->form3->Combo1), list);
-    EXPECT_EQ(later.messages.size(), 1u); // the CD prompt only
+    EXPECT_EQ(later.messages.size(), 1u);    // the CD prompt only
+    later.program->form3->Command2->click(); // CLOSE_PROGRAM
+    Settle();
+    EXPECT_TRUE(later.ended);
+    EXPECT_EQ(later.m().airports.Slot_Count(), 1u);
 }
 
-TEST(Forms, UnfinishedWizardEndsWithoutASettingsFile) {
+TEST(Forms, UnfinishedWizardShowsItsMessageThenEndsWithoutASettingsFile) {
     Work_Dir dir("forms-wizard");
-    Program_Under_Test t;
+    Program_Under_Test t(true); // the end must wait until the message has been read
     t.program->Start();
     t.program->form1->Timer1_Timer();
     Settle();
@@ -167,9 +293,11 @@ TEST(Forms, UnfinishedWizardEndsWithoutASettingsFile) {
     EXPECT_TRUE(wizard->Option1->isChecked());
     EXPECT_EQ(t.m().fs_version, 1);
     EXPECT_FALSE(wizard->Text1->text().isEmpty()); // the lists always choose a folder
+    Message_Box_Watcher watcher;
     wizard->close();
     Settle();
     EXPECT_TRUE(t.ended);
+    EXPECT_FALSE(t.ended_under_a_message);
     ASSERT_EQ(t.messages.size(), 1u);
     EXPECT_EQ(t.messages[0].text, "You didn't finish setup process, program will end");
     EXPECT_FALSE(std::filesystem::exists(Config_File_Name));
@@ -285,20 +413,109 @@ TEST(Forms, LiveAircraftAndTheOptionsDialog) {
     preferences->trigger();
     EXPECT_FALSE(t.program->form5->Check5->isChecked()); // still cleared while the chart is up
 
-    // The About box from the chart's menu.
+    // The About box from the chart's menu: inside the bold "Credits" frame the labels keep
+    // the form's plain font, and the caption of the thanks shows whole.
     QAction* about = Menu_Action(chart, "About", "Quilmark v1.1");
     ASSERT_NE(about, nullptr);
     about->trigger();
-    ASSERT_NE(t.program->form6, nullptr);
-    EXPECT_EQ(t.program->form6->windowTitle(), "About Quilmark v1.1");
+    Form6* about_box = t.program->form6;
+    ASSERT_NE(about_box, nullptr);
+    EXPECT_EQ(about_box->windowTitle(), "About Quilmark v1.1");
+    EXPECT_TRUE(about_box->Frame1->font().bold());
+    const auto inside = about_box->Frame1->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    EXPECT_EQ(inside.size(), 3);
+    for (const QWidget* control : inside) {
+        EXPECT_FALSE(control->font().bold());
+        EXPECT_EQ(control->font().pointSizeF(), about_box->font().pointSizeF());
+    }
+    EXPECT_GE(about_box->Label6->contentsRect().width(),
+              about_box->Label6->fontMetrics().horizontalAdvance("Special Thanks To:"));
+
+    // A new airport with the options left open: they show the new chart's settings.
+    Menu_Action(chart, "Change", "Airport")->trigger();
+    Settle();
+    t.program->form3->Read_Sceneries_Paths_Timer();
+    ASSERT_NE(Open_Seattle(t), nullptr);
+    ASSERT_NE(t.program->form5, nullptr);
+    EXPECT_TRUE(t.program->form5->Check5->isChecked());
+    EXPECT_TRUE(t.program->form5->Option2->isChecked());
 }
 
-TEST(Forms, ChooserCloseEndsTheProgram) {
-    Work_Dir dir("forms-close");
+TEST(Forms, WizardFindsTheSimulatorInAWinePrefix) {
+    Work_Dir dir("forms-prefix");
+    const std::string home = dir.Sub("home");
+    const std::string c = home + "/.wine-fs2002/drive_c";
+    std::filesystem::create_directories(c + "/Program Files/Microsoft Games/FS2002");
+    std::filesystem::create_directories(c + "/users");
+    Home_At at(home);
+    Program_Under_Test t;
+    t.program->Start();
+    t.program->form1->Timer1_Timer();
+    Settle();
+    Form2* wizard = t.program->form2;
+    ASSERT_NE(wizard, nullptr);
+    ASSERT_EQ(wizard->Drive1->count(), 3);
+    EXPECT_EQ(wizard->Drive1->itemText(0), "c: [~/.wine-fs2002]");
+    EXPECT_EQ(wizard->Drive1->itemText(1).toStdString(), "~ [" + home + "]");
+    EXPECT_EQ(wizard->Text1->text().toStdString(), c); // the prefix's C: comes first
+
+    // Hidden folders are listed.
+    wizard->Drive1->setCurrentIndex(1);
+    QListWidget* folders = wizard->Dir1;
+    EXPECT_EQ(folders->item(folders->count() - 1)->text(), ".wine-fs2002");
+    wizard->Drive1->setCurrentIndex(0);
+    EXPECT_EQ(folders->item(folders->count() - 1)->text(), "users");
+
+    // First letters jump to a folder and choose it, Enter opens it, a click chooses.
+    Type(folders, "pro");
+    EXPECT_EQ(wizard->Text1->text().toStdString(), c + "/Program Files");
+    Press(folders, Qt::Key_Return);
+    Click(folders, folders->item(folders->count() - 1));
+    EXPECT_EQ(wizard->Text1->text().toStdString(), c + "/Program Files/Microsoft Games");
+    wizard->Set_Dir1_Path(c + "/Program Files/Microsoft Games");
+    Click(folders, folders->item(folders->count() - 1));
+    wizard->Command1->click();
+    Settle();
+    EXPECT_EQ(t.m().fs_path, c + "/Program Files/Microsoft Games/FS2002");
+}
+
+TEST(UnderWindowManager, ChartAndItsDialogsOpenAtTheTopLeftCorner) {
+    if (!Under_Window_Manager()) {
+        GTEST_SKIP() << No_Window_Manager;
+    }
+    Work_Dir dir("forms-corner");
     Program_Under_Test t;
     First_Start(t);
-    t.program->form3->Command2->click();
-    Settle();
-    EXPECT_TRUE(t.ended);
-    EXPECT_EQ(t.m().airports.Slot_Count(), 1u);
+    Form4* chart = Open_Seattle(t);
+    ASSERT_NE(chart, nullptr);
+    Menu_Action(chart, "Options", "Preferences")->trigger();
+    Menu_Action(chart, "About", "Quilmark v1.1")->trigger();
+    for (QWidget* form :
+         std::initializer_list<QWidget*>{chart, t.program->form5, t.program->form6}) {
+        ASSERT_TRUE(Framed(form)) << form->windowTitle().toStdString();
+        const QPoint corner = form->frameGeometry().topLeft();
+        EXPECT_EQ(std::make_pair(corner.x(), corner.y()), std::make_pair(0, 0))
+            << form->windowTitle().toStdString();
+    }
+}
+
+TEST(UnderWindowManager, LinkFailureMessageOpensAboveTheChart) {
+    if (!Under_Window_Manager()) {
+        GTEST_SKIP() << No_Window_Manager;
+    }
+    Work_Dir dir("forms-above");
+    Program_Under_Test t(true);
+    Message_Box_Watcher watcher;
+    bool over_the_chart = false;
+    bool seen = false;
+    watcher.look = [&](QMessageBox& box) {
+        if (box.text().startsWith("This program couldn't connect") && t.program->form4) {
+            over_the_chart = box.frameGeometry().intersects(t.program->form4->frameGeometry());
+            seen = Seen_On_Screen(box);
+        }
+    };
+    First_Start(t);
+    ASSERT_NE(Open_Seattle(t), nullptr);
+    EXPECT_TRUE(over_the_chart);
+    EXPECT_TRUE(seen);
 }

@@ -1,8 +1,11 @@
 // Walks the desktop program through its forms on the sample world and saves a picture of
-// each: the splash, the wizard, the chooser with its list, and the chart of the sample
-// world's major airport. Run under an X server (xvfb-run) by scripts/screenshots.sh.
+// each: the splash, the wizard (also finding a simulator in a Wine prefix of its own), the
+// chooser with its list, the chart of the sample world's major airport, its About box,
+// and the message of a chart that can't reach the simulator, above that chart. Run under
+// an X server with a window manager by scripts/screenshots.sh.
 #include <QApplication>
 #include <QComboBox>
+#include <QListWidget>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
@@ -11,6 +14,7 @@
 #include <iostream>
 
 #include "chart/qt_form4.h"
+#include "dialogs/qt_form6.h"
 #include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
@@ -42,6 +46,29 @@ bool Save(QWidget* form, const std::string& path) {
     return ok;
 }
 
+// The part of the screen that holds all the given windows, frames included.
+bool Save_Screen(std::initializer_list<const QWidget*> forms, const std::string& path) {
+    QRect area;
+    for (const QWidget* form : forms) {
+        area |= form->frameGeometry();
+    }
+    QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0, area.x(), area.y(),
+                                                                   area.width(), area.height());
+    bool ok = picture.save(QString::fromStdString(path));
+    std::cout << (ok ? "wrote " : "could not write ") << path << "\n";
+    return ok;
+}
+
+// A home folder with FS2002 installed in a Wine prefix of its own, as many pilots keep it.
+std::string Make_Home_With_Prefix(const std::filesystem::path& home) {
+    const std::filesystem::path c = home / ".wine-fs2002/drive_c";
+    for (const char* folder : {"Program Files/Microsoft Games/FS2002/Scenery",
+                               "Program Files/Common Files", "users/pilot", "windows"}) {
+        std::filesystem::create_directories(c / folder);
+    }
+    return (c / "Program Files/Microsoft Games").string();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -58,14 +85,38 @@ int main(int argc, char** argv) {
     std::filesystem::create_directories(argv[2]);
     std::filesystem::current_path(argv[2]);
 
+    const std::string prefix_games = Make_Home_With_Prefix(std::filesystem::absolute("home"));
+    qputenv("HOME", std::filesystem::absolute("home").string().c_str());
+
+    // Message boxes are told on the terminal, except one that is to be seen: that one opens
+    // as the program opens it, is pictured with its form, and is answered.
     Program_Services services;
-    services.show_message = [](const std::string& text, const std::string& title, Message_Icon) {
+    std::string pictured_message;
+    bool ok = true;
+    services.show_message = [&](QWidget* owner, const std::string& text, const std::string& title,
+                                Message_Icon icon) {
         std::cout << "[" << title << "] " << text << "\n";
+        if (pictured_message.empty() || text.find(pictured_message) != 0) {
+            return;
+        }
+        pictured_message.clear();
+        QTimer::singleShot(1000, [&, owner] {
+            QWidget* box = QApplication::activeModalWidget();
+            if (box != nullptr) {
+                ok = Save_Screen({owner, box}, (out / "chart-message.png").string()) && ok;
+                box->close();
+            }
+        });
+        Desktop_Services().show_message(owner, text, title, icon);
     };
     services.end_program = [] {};
-    // An aircraft on final for 16L, from a stand-in for the simulator's module.
-    services.make_link_transport = [] {
+    // An aircraft on final for 16L, from a stand-in for the simulator's module; later a
+    // simulator that isn't running.
+    bool simulator_running = true;
+    services.make_link_transport = [&simulator_running] {
         auto module = std::make_unique<Fake_Module_Transport>();
+        module->main_window = simulator_running;
+        module->fallback_window = simulator_running;
         module->space.Set_U32(0x0564, static_cast<uint32_t>(std::lround(47.4560 * 10001750 / 90)));
         module->space.Set_U32(0x056C,
                               static_cast<uint32_t>(std::llround(-122.3080 * 4294967296.0 / 360)));
@@ -77,10 +128,15 @@ int main(int argc, char** argv) {
     Quilmark_Program program(services);
 
     program.Start();
-    bool ok = Save(program.form1, (out / "splash.png").string());
+    ok = Save(program.form1, (out / "splash.png").string()) && ok;
     program.form1->Timer1_Timer(); // the splash's three seconds
     Settle();
     Form2* wizard = program.form2;
+    // The wizard on the prefix's drive C:, at the simulator's folder.
+    wizard->Set_Dir1_Path(prefix_games);
+    wizard->Dir1->setCurrentRow(wizard->Dir1->count() - 1);
+    ok = Save(wizard, (out / "wizard-prefix.png").string()) && ok;
+    wizard->Drive1->setCurrentIndex(wizard->Drive1->count() - 1); // the root, "/"
     wizard->Set_Dir1_Path(fs_folder);
     ok = Save(wizard, (out / "wizard.png").string()) && ok;
     wizard->Command1_Click();
@@ -101,6 +157,21 @@ int main(int argc, char** argv) {
     chart->Center_Airport(-122.3105, 47.4570); // the north end: the ILS of 16L and 16R
     chart->Timer1_Timer(); // one poll of the simulator: the aircraft and the altimeter
     ok = Save(chart, (out / "chart.png").string()) && ok;
+    program.Show_Form6();
+    ok = Save(program.form6, (out / "about.png").string()) && ok;
+    program.Unload_Form6();
+
+    // Another airport, with the simulator gone: the message opens above the new chart.
+    program.Unload_Form4();
+    program.Show_Form3();
+    Settle();
+    program.form3->Read_Sceneries_Paths_Timer();
+    program.form3->Combo1->setCurrentIndex(
+        program.form3->Combo1->findText("KBFI (BOEING FLD KING CO INTL)"));
+    simulator_running = false;
+    pictured_message = "This program couldn't connect";
+    program.form3->Command3_Click();
+    Settle();
     program.End_Program();
     return ok ? 0 : 1;
 }
