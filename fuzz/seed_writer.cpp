@@ -12,6 +12,7 @@
 #include "shell/form3_data.h"
 #include "support/bgl_writer.h"
 #include "support/example_field.h"
+#include "support/fs2004_writer.h"
 
 namespace fs = std::filesystem;
 
@@ -271,6 +272,101 @@ void Database_Seeds() {
 
 } // namespace
 
+// FS2004 files: an airport with every sub-record kind, the ILS its runways name, a name
+// list and boundaries of every point type around 47.45 N 122.31 W; an ident laid again with
+// deletions; and subsection entries that all point at one large airport record.
+Bytes Fs2004_Busy_Airport(const std::string& ident, uint16_t deleted) {
+    Fs9_Runway r16;
+    r16.primary_designator = 1;
+    r16.secondary_designator = 2;
+    r16.primary_ils = "ISNQ";
+    r16.secondary_ils = "IBEJ";
+    r16.lat = 47.449;
+    r16.lon = -122.311;
+    r16.heading = 179.9f;
+    r16.length_m = 3627;
+    Fs9_Runway north = r16;
+    north.primary_number = 37;
+    north.secondary_number = 41;
+    north.primary_designator = north.secondary_designator = 4;
+    Fs9_Deletion deletion;
+    deletion.flags = deleted;
+    deletion.runways = {{16, 34, 1, 2}};
+    deletion.starts = {0x00011210};
+    deletion.frequencies = {{6, 119900000}};
+    std::vector<Fs9_Taxi_Point> points;
+    std::vector<Fs9_Parking> spots;
+    std::vector<Fs9_Taxi_Path> paths;
+    for (uint16_t i = 0; i < 12; ++i) {
+        points.push_back({static_cast<uint8_t>(1 + i % 2), 47.44 + 0.002 * i, -122.30});
+        spots.push_back({static_cast<uint32_t>(i * 3 % 38), 9, i, 20, 47.44 + 0.002 * i, -122.299,
+                         std::vector<std::string>(i % 3, "ASA")});
+        paths.push_back({static_cast<uint16_t>(i), static_cast<uint16_t>((i + 1) % 12),
+                         static_cast<uint8_t>(1 + i % 5), static_cast<uint8_t>(i % 4), 0});
+        paths.push_back({i, i, 3, 0, 0});
+    }
+    paths.push_back({0, 11, 2, 34, 2});
+    Fs9_Airport a{ident, 47.449889, -122.311778, 131978, 342, {}};
+    a.subrecords = {Fs9_Name_Record("Seattle-Tacoma Intl"),
+                    Fs9_Delete_Record(deletion),
+                    Fs9_Runway_Record(r16),
+                    Fs9_Runway_Record(north),
+                    Fs9_Com_Record(6, 119900000, "SEATTLE TOWER"),
+                    Fs9_Com_Record(1, 118000000),
+                    Fs9_Com_Record(13, 135450000),
+                    Fs9_Taxi_Names_Record({"", "A", "B", "C"}),
+                    Fs9_Taxi_Points_Record(points),
+                    Fs9_Parking_Record(spots),
+                    Fs9_Taxi_Paths_Record(paths),
+                    Fs9_Record(0x26, Bytes(30, 0))};
+    return Fs9_Airport_Record(a);
+}
+
+void Fs2004_Seeds() {
+    Fs9_Ils snq{"ISNQ", "KSEA", "ILS RWY 16L", 47.4327, -122.311, 110300000, 179.9f, false};
+    Fs9_Ils bej{"IBEJ", "KSEA", "", 47.4653, -122.311, 110900000, 359.9f, true};
+    Fs9_Boundary outline{3, 0x11, 47.0, -123.0, 48.0, -122.0, 0, 3048000, {}};
+    outline.subrecords = {Fs9_Name_Record("SEATTLE CLASS B"),
+                          Fs9_Boundary_Points_Record({{1, 47.3, -122.6},
+                                                      {2, 47.7, -122.6},
+                                                      {3, 47.45, -122.31},
+                                                      {4, 47.7, -122.0},
+                                                      {5, 47.3, -122.0},
+                                                      {2, 47.3, -122.6}}),
+                          Fs9_Com_Record(8, 119200000, "SEATTLE APPROACH")};
+    Fs9_Boundary circle{5, 0x12, 47.35, -122.45, 47.55, -122.15, 0, 762000, {}};
+    circle.subrecords = {Fs9_Boundary_Points_Record({{3, 47.45, -122.31}, {6, 0, 0, 9260}})};
+    Fs9_Boundary centre{1, 0x11, 49.0, -124.0, 45.0, -117.0, 5486400, 18288000, {}};
+    centre.subrecords = {Fs9_Name_Record("SEATTLE CENTER"),
+                         Fs9_Com_Record(10, 124200000, "SEATTLE CTR")};
+    const Bytes geopol = Fs9_Record(0x23, Bytes(20, 0));
+    Seed("fs2004", "seattle.bgl",
+         Build_Fs2004({{0x03, {{Fs2004_Busy_Airport("KSEA", 0)}}},
+                       {0x13, {{Fs9_Ils_Record(snq), Fs9_Ils_Record(bej)}}},
+                       {0x27, {{Fs9_Name_List_Record({{"KSEA", "Sea-Tac"}, {"KBFI", "Boeing"}})}}},
+                       {0x20,
+                        {{Fs9_Boundary_Record(outline), geopol},
+                         {Fs9_Boundary_Record(circle), Fs9_Boundary_Record(centre)}}}}));
+    Seed("fs2004", "layered.bgl",
+         Build_Fs2004({{0x03,
+                        {{Fs2004_Busy_Airport("KSEA", 0), Fs2004_Busy_Airport("KBFI", 0)},
+                         {Fs2004_Busy_Airport("KSEA", 0x00A8)}}}}));
+    // Every subsection entry points at the same airport record: the walk runs out of its
+    // budget.
+    Bytes shared = Build_Fs2004({{0x03, {{Fs2004_Busy_Airport("KSEA", 0)}}}});
+    const uint32_t table = static_cast<uint32_t>(Read_Int32_Le(shared, 0x38 + 12));
+    Bytes entries;
+    for (int i = 0; i < 300; ++i) {
+        entries.insert(entries.end(), shared.begin() + table, shared.begin() + table + 16);
+    }
+    Byte_Writer w;
+    w.Append(shared);
+    w.Patch_I32(0x38 + 8, 300);
+    w.Patch_I32(0x38 + 12, static_cast<int32_t>(w.Size()));
+    w.Append(entries);
+    Seed("fs2004", "shared_record.bgl", w.bytes);
+}
+
 int main(int argc, char** argv) {
     if (argc != 2) {
         std::fprintf(stderr, "usage: fuzz_seed_writer OUT_FOLDER\n");
@@ -284,5 +380,6 @@ int main(int argc, char** argv) {
     Scenery_Cfg_Seeds();
     Config_Seeds();
     Database_Seeds();
+    Fs2004_Seeds();
     return 0;
 }

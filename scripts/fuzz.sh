@@ -19,7 +19,7 @@ fi
 shift || true
 targets=("$@")
 if ((${#targets[@]} == 0)); then
-    targets=(airport_section boundary_section magdec scenery_cfg config_file database_file)
+    targets=(airport_section boundary_section magdec scenery_cfg config_file database_file fs2004)
 fi
 clang="${CXX_FUZZ:-clang++}"
 
@@ -44,7 +44,7 @@ if ((coverage)); then
     llvm-cov-14 report "$build/fuzz_${targets[0]}" "${objects[@]:2}" \
         -instr-profile="$profiles/all.profdata" \
         "$root/src/bgl" "$root/src/airspace/boundary_walker.cpp" "$root/src/scenery" \
-        "$root/src/shell/config_file.cpp"
+        "$root/src/shell/config_file.cpp" "$root/src/fs2004"
     exit 0
 fi
 

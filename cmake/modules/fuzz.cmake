@@ -4,7 +4,7 @@
 include(ExternalProject)
 
 set(QUILMARK_FUZZ_TARGETS airport_section boundary_section magdec scenery_cfg config_file
-    database_file)
+    database_file fs2004)
 set(QUILMARK_FUZZ_SMOKE_SECONDS 4 CACHE STRING "Seconds each fuzz target runs in the tests")
 
 find_program(QUILMARK_CLANGXX NAMES clang++ clang++-14)

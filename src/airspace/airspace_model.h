@@ -34,5 +34,9 @@ struct Airspace_Rec {
     std::string class_text;
     std::string region_name;
     std::string facility_name;
+    // The type of an FS2004 boundary record (1 centre, 2-8 classes A-G, 9 tower ... 23
+    // training), kept for a chart style that shows it; 0 for FS2002 airspace, whose
+    // records have no type. The database and the tool's output do not carry it.
+    uint8_t boundary_type = 0;
     bool operator==(const Airspace_Rec&) const = default;
 };
