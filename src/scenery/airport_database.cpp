@@ -265,10 +265,11 @@ std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airpo
     return std::move(e.bytes);
 }
 
-bool Write_Airport_Database(const std::string& native_path,
-                            const Dyn_Array<Airport_Rec>& airports) {
+std::optional<Pending_File_Rec>
+Write_Pending_Airport_Database(const std::string& native_path,
+                               const Dyn_Array<Airport_Rec>& airports) {
     const std::vector<uint8_t> bytes = Encode_Airport_Database(airports);
-    return Write_File_Replacing(
+    return Write_Pending_File(
         native_path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,9 +18,12 @@ constexpr const char* Database_File_Name = "all_fs_airports.dat";
 // The file's bytes for the slots of a list, every slot in index order.
 std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airports);
 
-// Writes every slot of the list to the file at a native path, through a temporary file
-// beside it that is then renamed over it. False (and the old file untouched) on failure.
-bool Write_Airport_Database(const std::string& native_path, const Dyn_Array<Airport_Rec>& airports);
+// Writes every slot of the list to a temporary file beside the file at a native path; the
+// caller puts it in place (Commit_Pending_File) once the count is stored. Nothing (and the
+// old file untouched) on failure.
+std::optional<Pending_File_Rec>
+Write_Pending_Airport_Database(const std::string& native_path,
+                               const Dyn_Array<Airport_Rec>& airports);
 
 enum class Database_Read_Result {
     Ok,

@@ -124,12 +124,15 @@ TEST(AirportDatabase, EveryCutAndBadDescriptorIsDamage) {
 TEST(AirportDatabase, WrittenThroughATemporaryFileAndNeverReadWhenHuge) {
     Work_Dir dir("database-file");
     Dyn_Array<Airport_Rec> example = Decoded_Example();
-    ASSERT_TRUE(Write_Airport_Database("db.dat", example));
+    std::optional<Pending_File_Rec> pending = Write_Pending_Airport_Database("db.dat", example);
+    ASSERT_TRUE(pending);
     Dyn_Array<Airport_Rec> back;
+    EXPECT_EQ(Read_Airport_Database("db.dat", 1, back), Database_Read_Result::Cannot_Open);
+    ASSERT_TRUE(Commit_Pending_File(*pending));
     ASSERT_EQ(Read_Airport_Database("db.dat", 1, back), Database_Read_Result::Ok);
     EXPECT_EQ(back, example);
     // A folder that cannot take the file leaves nothing behind.
-    EXPECT_FALSE(Write_Airport_Database("no/such/dir/x.dat", example));
+    EXPECT_FALSE(Write_Pending_Airport_Database("no/such/dir/x.dat", example));
 
     // A file far larger than the whole world's database is not read into memory. (Folders
     // and pipes: the tool's test of db.)
