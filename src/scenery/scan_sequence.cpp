@@ -41,6 +41,17 @@ bool Database_File_Exists() {
     return std::filesystem::is_regular_file(Database_File_Name, error);
 }
 
+// Where the scan looked for one of the simulator's files, for a message: the native path,
+// or the program's own path if no native one could be formed.
+std::string Looked_For_At(const std::string& native_path, const std::string& program_path) {
+    return native_path.empty() ? program_path : Utf8_To_Ansi(native_path);
+}
+
+std::string Not_Found_Text(const std::string& file, const std::string& where,
+                           const std::string& what_follows) {
+    return "No readable " + file + " was found at " + where + ", so " + what_follows + ".";
+}
+
 void Set_Empty_Bar(Form3_Data& form, Chooser_Form& ui) {
     ui.Set_Progress_Value(0);
     ui.Set_Progress_Min(0);
@@ -132,15 +143,27 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     form.drives = Drive_List_For_Fs_Path(m.fs_path);
 
     ui.Show_Status("Magdec.bgl File");
-    // A missing table leaves the grid as it is: headings then come out unconverted.
-    Load_Magdec(form.bgl_image, m.magvar_grid,
-                Resolve_Native_Path(form.drives, m.fs_path + "\\scenery\\magdec.bgl"));
+    // Without the table the grid stays as it is, all zeros in a new process: headings then
+    // come out unconverted.
+    const std::string magdec_path = m.fs_path + "\\scenery\\magdec.bgl";
+    const std::string magdec = Resolve_Native_Path(form.drives, magdec_path);
+    if (!Load_Magdec(form.bgl_image, m.magvar_grid, magdec)) {
+        ui.Show_Message(Not_Found_Text("magdec.bgl", Looked_For_At(magdec, magdec_path),
+                                       "the headings will be shown as true headings"),
+                        Message_Title, Message_Icon::Information);
+    }
 
+    // Without scenery.cfg there is nothing to build the database from.
+    std::optional<std::string> scenery_cfg_missing;
     if (m.fs_version == 1) {
         ui.Show_Status("Scenery.cfg File");
         m.scenery_areas.Release();
         m.scenery_area_count = 0;
-        Read_Scenery_Cfg(m, Resolve_Native_Path(form.drives, m.fs_path + "\\scenery.cfg"));
+        const std::string cfg_path = m.fs_path + "\\scenery.cfg";
+        const std::string cfg = Resolve_Native_Path(form.drives, cfg_path);
+        if (Read_Scenery_Cfg(m, cfg) == Scenery_Cfg_Status::unreadable) {
+            scenery_cfg_missing = Looked_For_At(cfg, cfg_path);
+        }
         form.cd_prompt_shown = false;
         for (int16_t i = 0; i < m.scenery_area_count; ++i) {
             if (!m.scenery_areas[static_cast<size_t>(i)].Remote.empty()) {
@@ -171,6 +194,16 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
             Finish(m, ui);
             return;
         }
+    }
+    if (scenery_cfg_missing) {
+        // Nothing is written: a database file that is there stays as it is, for the day
+        // the path leads to the simulator again.
+        ui.Show_Message(
+            Not_Found_Text("scenery.cfg", *scenery_cfg_missing, "the list will stay empty"),
+            Message_Title, Message_Icon::Information);
+        ui.Show_Status("Done");
+        ui.Enable_Controls(true);
+        return;
     }
     if (database_found) {
         // Never half a list: the file is rebuilt as on a first run.

@@ -19,6 +19,7 @@
 #include "shell/config_file.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
+#include "support/named_pipe.h"
 #include "support/work_dir.h"
 
 namespace {
@@ -49,6 +50,7 @@ std::string Area(int n, const std::string& title, const std::string& local,
 void Small_World(const Work_Dir& dir, const std::string& cfg,
                  const std::vector<std::array<std::string, 3>>& files = {}) {
     Write_Text(dir.Sub("fs/scenery.cfg"), "[General]\r\n" + cfg);
+    Write_File(dir.Sub("fs/scenery/magdec.bgl"), Build_Magdec(std::vector<int16_t>(65160, 0)));
     for (const auto& [path, ident, name] : files) {
         Write_File(dir.Sub("fs/" + path), One_Airport_File(ident, Name_Record(name, 16)));
     }
@@ -185,6 +187,48 @@ TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
     EXPECT_TRUE(r->ui.list.empty());
     EXPECT_TRUE(r->ui.messages.empty());
     EXPECT_EQ(r->m->airports.Slot_Count(), 1u);
+}
+
+TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
+    Work_Dir dir("scan-missing");
+    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"),
+                {{"ap/scenery/x.bgl", "KXYZ", "X"}});
+    const std::string fs = dir.Sub("fs");
+    std::filesystem::remove(fs + "/scenery/magdec.bgl");
+    auto first = Start();
+    ASSERT_EQ(first->ui.messages.size(), 3u); // the missing table, then the first run as ever
+    EXPECT_EQ(first->ui.messages[0],
+              (Shown_Message{"No readable magdec.bgl was found at " + fs +
+                                 "/scenery/magdec.bgl, so the headings will be shown as true "
+                                 "headings.",
+                             "Quilmark Message", Message_Icon::Information}));
+    EXPECT_EQ(first->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
+    const std::string database = Read_Whole_File(Database_File_Name).value();
+
+    // A damaged path, and a count that no longer fits the database: the path leads to no
+    // scenery.cfg, so nothing is built, and the complete database stays as it is. A pipe
+    // where magdec.bgl was is no file either, and is never opened.
+    Named_Pipe magdec(fs + "/scenery/magdec.bgl");
+    Config_Rec damaged{"Quilmark v1.1", 1, 1, fs + "\x01", 7};
+    Write_Text(Config_File_Name, Encode_Config(damaged));
+    for (bool with_database : {true, false}) {
+        if (!with_database) {
+            std::filesystem::remove(Database_File_Name);
+        }
+        auto r = Start();
+        ASSERT_EQ(r->ui.messages.size(), 2u) << with_database;
+        EXPECT_EQ(r->ui.messages[0].text.substr(0, 36), "No readable magdec.bgl was found at ");
+        EXPECT_EQ(r->ui.messages[1],
+                  (Shown_Message{"No readable scenery.cfg was found at " + fs +
+                                     "\x01/scenery.cfg, so the list will stay empty.",
+                                 "Quilmark Message", Message_Icon::Information}));
+        EXPECT_TRUE(r->ui.list.empty());
+        EXPECT_EQ(r->ui.status_texts.back(), "Done");
+        EXPECT_TRUE(r->ui.controls_enabled);
+        EXPECT_EQ(Read_Whole_File(Database_File_Name),
+                  with_database ? database : std::optional<std::string>());
+    }
+    EXPECT_FALSE(magdec.Reader_Was_Stuck());
 }
 
 TEST(ScanSequence, ABuildThatCannotStoreItsCountKeepsNoDatabase) {
