@@ -1,6 +1,7 @@
 #include "scenery/scan_sequence.h"
 
 #include <filesystem>
+#include <new>
 #include <optional>
 
 #include "bgl/sections.h"
@@ -35,6 +36,9 @@ constexpr const char* Count_Not_Stored_Text =
     "The number of airports could not be stored in the settings file quilmark_config.cfg, so "
     "the new airport database file was not kept. The airports are listed now, but they will "
     "be read from the scenery files again at the next start.";
+constexpr const char* Out_Of_Memory_Text =
+    "There is not enough memory to read the airports of this scenery, so the list will stay "
+    "empty.";
 
 bool Database_File_Exists() {
     std::error_code error;
@@ -262,5 +266,18 @@ void Fill_Airport_List(const Module1& m, Chooser_Form& ui) {
 }
 
 void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
-    Scan(m, form, ui);
+    try {
+        Scan(m, form, ui);
+    } catch (const std::bad_alloc&) {
+        // A scenery beyond the machine's memory: what was read goes, nothing is written,
+        // and the chooser stays usable with an empty list.
+        m.airports.Release();
+        m.airspaces.Release();
+        m.airspace_count = 0;
+        Release_Bgl_Image(form.bgl_image);
+        ui.Stop_Scan_Timer();
+        ui.Show_Message(Out_Of_Memory_Text, Message_Title, Message_Icon::Exclamation);
+        ui.Show_Status("Done");
+        ui.Enable_Controls(true);
+    }
 }

@@ -252,6 +252,11 @@ TEST(ScanSequence, ABuildThatCannotStoreItsCountKeepsNoDatabase) {
           "start.",
           "Quilmark Message", Message_Icon::Exclamation},
          {"KXYZ (X)"}},
+        {[] { throw std::bad_alloc(); },
+         {"There is not enough memory to read the airports of this scenery, so the list will "
+          "stay empty.",
+          "Quilmark Message", Message_Icon::Exclamation},
+         {}},
     };
     for (const Case& c : cases) {
         Hooked_Chooser_Form ui("Creating Database File...", c.at_creating_database);

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
 #include <sstream>
 
 #include "airport_json.h"
@@ -517,5 +518,10 @@ int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostre
         return 2;
     }
     std::vector<std::string> rest(args.begin() + 1, args.end());
-    return commands.at(args[0])(rest, out, err);
+    try {
+        return commands.at(args[0])(rest, out, err);
+    } catch (const std::bad_alloc&) {
+        err << "quilmark-tool: not enough memory for this input\n";
+        return 1;
+    }
 }
