@@ -1,5 +1,7 @@
 #include "airspace/airport_fetch.h"
 
+#include <new>
+
 #include "bgl/sections.h"
 #include "platform/native_paths.h"
 #include "shell/chooser_form.h"
@@ -49,29 +51,46 @@ std::string Airspace_Class(const Airspace_Rec& a) {
     return "Airspace Class B";
 }
 
-void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
-                 const std::optional<std::string>& chosen_entry) {
-    if (!chosen_entry.has_value()) {
-        return;
-    }
-    ui.Enable_Controls(false);
+namespace {
+
+constexpr const char* Airport_Out_Of_Memory_Text =
+    "There is not enough memory to open this airport.";
+constexpr const char* Airspace_Out_Of_Memory_Text =
+    "There is not enough memory to read the airspace around this airport, so the chart will "
+    "show no airspace.";
+
+void Reset_Progress_And_Enable(Chooser_Form& ui) {
+    ui.Show_Status("Done");
+    ui.Set_Progress_Min(0);
+    ui.Set_Progress_Max(100);
+    ui.Set_Progress_Value(0);
+    ui.Redraw_Progress();
+    ui.Enable_Controls(true);
+}
+
+// The fetch from the chosen record to the terminal airspace. airport_taken turns true once
+// the record is in current_airport and the list has been released.
+void Fetch_Airport_And_Airspace(Module1& m, Form3_Data& form, Chooser_Form& ui,
+                                const std::string& chosen_entry, bool& airport_taken) {
     ui.Show_Status("Getting Airport's Info...");
     // The list is sorted, so its index says nothing: the record is found by its text, and of
     // two records with the same text the later one wins.
     for (int32_t i = 0; i < m.airport_count && static_cast<size_t>(i) < m.airports.Slot_Count();
          ++i) {
         const Airport_Rec& airport = m.airports[static_cast<size_t>(i)];
-        if (Airport_List_Text(airport) == *chosen_entry) {
+        if (Airport_List_Text(airport) == chosen_entry) {
             m.current_airport = airport;
         }
     }
     m.airports.Release();
+    airport_taken = true;
 
     ui.Show_Status("Looking for Airspace...");
     if (m.airspace_count > 0) {
         m.airspaces.Release();
         m.airspace_count = 0;
     }
+    form.airspace_bytes_left = Max_Airspace_Bytes_Per_Fetch;
     // Listed twice, so that the bar has its true maximum before the first file is read.
     int32_t file_total = 0;
     const size_t listed = List_Folder_Files(form.drives, m.atc_data_path, "*.bgl").size();
@@ -99,12 +118,34 @@ void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
     if (!m.current_airport.departure_freq.empty() || !m.current_airport.approach_freq.empty()) {
         Add_Terminal_Airspace(m);
     }
+}
 
-    ui.Show_Status("Done");
-    ui.Set_Progress_Min(0);
-    ui.Set_Progress_Max(100);
-    ui.Set_Progress_Value(0);
-    ui.Redraw_Progress();
-    ui.Enable_Controls(true);
+} // namespace
+
+void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
+                 const std::optional<std::string>& chosen_entry) {
+    if (!chosen_entry.has_value()) {
+        return;
+    }
+    ui.Enable_Controls(false);
+    bool airport_taken = false;
+    try {
+        Fetch_Airport_And_Airspace(m, form, ui, *chosen_entry, airport_taken);
+    } catch (const std::bad_alloc&) {
+        // Whatever was being read goes; the program goes on with what it still has.
+        Release_Bgl_Image(form.bgl_image);
+        m.airspaces.Release();
+        m.airspace_count = 0;
+        if (!airport_taken) {
+            // The list is still whole: the user can choose again.
+            m.current_airport = Airport_Rec{};
+            ui.Show_Message(Airport_Out_Of_Memory_Text, Message_Title, Message_Icon::Exclamation);
+            Reset_Progress_And_Enable(ui);
+            return;
+        }
+        // The list is gone, the airport is kept: the chart opens without airspace.
+        ui.Show_Message(Airspace_Out_Of_Memory_Text, Message_Title, Message_Icon::Exclamation);
+    }
+    Reset_Progress_And_Enable(ui);
     ui.Hand_Over_To_Chart();
 }

@@ -15,6 +15,11 @@ constexpr uint8_t Point_Arc_CW = 3;  // clockwise arc to this point
 constexpr uint8_t Point_Arc_CCW = 4; // counter-clockwise arc to this point
 constexpr uint8_t Point_Line = 5;    // straight line to this point
 
+// Memory the airspace of one fetch may take. The boundary files of a whole world come to
+// about a megabyte, and the boundaries around one airport to a few kilobytes; only a
+// hostile file (two million circles that all hold the airport, say) comes near this.
+constexpr int64_t Max_Airspace_Bytes_Per_Fetch = 16LL * 1024 * 1024;
+
 struct Boundary_Point_Rec {
     uint8_t kind = 0;
     double lat = 0;

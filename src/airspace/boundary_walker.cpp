@@ -60,7 +60,21 @@ bool Is_Boundary_Child(int32_t type) {
     }
 }
 
-void Add_Point(Airspace_Rec& airspace, uint8_t kind, double lat, double lon, int32_t radius) {
+// Takes bytes of the fetch's airspace memory. False when they are not there: the record is
+// then passed over.
+bool Take_Airspace_Bytes(Form3_Data& form, int64_t bytes) {
+    if (form.airspace_bytes_left < bytes) {
+        return false;
+    }
+    form.airspace_bytes_left -= bytes;
+    return true;
+}
+
+void Add_Point(Form3_Data& form, Airspace_Rec& airspace, uint8_t kind, double lat, double lon,
+               int32_t radius) {
+    if (!Take_Airspace_Bytes(form, sizeof(Boundary_Point_Rec))) {
+        return;
+    }
     airspace.point_count += 1;
     airspace.points.Resize_Keep(static_cast<size_t>(airspace.point_count));
     Boundary_Point_Rec& point = airspace.points[static_cast<size_t>(airspace.point_count - 1)];
@@ -71,7 +85,12 @@ void Add_Point(Airspace_Rec& airspace, uint8_t kind, double lat, double lon, int
 }
 
 // A new airspace for a wanted boundary, its centre in the middle of the box's diagonal.
-void Open_Airspace(Module1& module, double south, double west, double north, double east) {
+// False if the fetch has no memory left for it.
+bool Open_Airspace(Form3_Data& form, Module1& module, double south, double west, double north,
+                   double east) {
+    if (!Take_Airspace_Bytes(form, sizeof(Airspace_Rec))) {
+        return false;
+    }
     module.airspace_count += 1;
     module.airspaces.Resize_Keep(static_cast<size_t>(module.airspace_count));
     Airspace_Rec& airspace = module.airspaces[static_cast<size_t>(module.airspace_count - 1)];
@@ -81,15 +100,22 @@ void Open_Airspace(Module1& module, double south, double west, double north, dou
     Geo_Point_Rec centre = Great_Circle_Destination(north, west, k, h);
     airspace.center_lat = centre.lat;
     airspace.center_lon = centre.lon;
+    return true;
 }
 
-void Apply_Record(const Bgl_Image& image, int64_t c, int32_t type, int32_t size,
-                  Airspace_Rec& airspace) {
+void Apply_Record(Form3_Data& form, int64_t c, int32_t type, int32_t size, Airspace_Rec& airspace) {
+    const Bgl_Image& image = form.bgl_image;
     switch (type) {
     case Boundary_Name: {
         std::string text = Read_Text(image, c + 8, Clamp_I16(size));
-        airspace.region_name =
-            airspace.region_name.empty() ? text : airspace.region_name + "  " + text;
+        if (!Take_Airspace_Bytes(form, static_cast<int64_t>(text.size()) + 2)) {
+            break;
+        }
+        // Appended in place: many names in one boundary must not copy the whole text each.
+        if (!airspace.region_name.empty()) {
+            airspace.region_name += "  ";
+        }
+        airspace.region_name += text;
         break;
     }
     case Boundary_Fix:
@@ -102,7 +128,7 @@ void Apply_Record(const Bgl_Image& image, int64_t c, int32_t type, int32_t size,
                        : type == Boundary_Arc_CW  ? Point_Arc_CW
                        : type == Boundary_Arc_CCW ? Point_Arc_CCW
                                                   : Point_Start;
-        Add_Point(airspace, kind, Boundary_Latitude(Read_Int32(image, c + 12)),
+        Add_Point(form, airspace, kind, Boundary_Latitude(Read_Int32(image, c + 12)),
                   Boundary_Longitude(Read_Int32(image, c + 20)), 0);
         if (type == Boundary_Start) {
             airspace.floor_alt = Read_Int32(image, c + 24);
@@ -111,15 +137,19 @@ void Apply_Record(const Bgl_Image& image, int64_t c, int32_t type, int32_t size,
         break;
     }
     case Boundary_Circle:
-        Add_Point(airspace, Point_Circle, 0, 0, Read_Int32(image, c + 8));
+        Add_Point(form, airspace, Point_Circle, 0, 0, Read_Int32(image, c + 8));
         airspace.floor_alt = Read_Int32(image, c + 16);
         airspace.ceiling_alt = Read_Int32(image, c + 20);
         break;
-    case Boundary_Com:
-        airspace.freq_text += Frequency_Text(Decode_Frequency(Read_Int32(image, c + 8))) + " Mhz  ";
-        airspace.facility_name =
-            Read_Text(image, c + 16, Clamp_I16(static_cast<int64_t>(size) - 8));
+    case Boundary_Com: {
+        std::string item = Frequency_Text(Decode_Frequency(Read_Int32(image, c + 8))) + " Mhz  ";
+        std::string facility = Read_Text(image, c + 16, Clamp_I16(static_cast<int64_t>(size) - 8));
+        if (Take_Airspace_Bytes(form, static_cast<int64_t>(item.size() + facility.size()))) {
+            airspace.freq_text += item;
+            airspace.facility_name = std::move(facility);
+        }
         break;
+    }
     default:
         break;
     }
@@ -170,11 +200,10 @@ void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position) 
             const double lat = module.current_airport.lat;
             const double lon = module.current_airport.lon;
             if (south < lat && lat < north && west < lon && lon < east) {
-                Open_Airspace(module, south, west, north, east);
-                boundary_wanted = true;
+                boundary_wanted = Open_Airspace(form, module, south, west, north, east);
             }
         } else if (type != Boundary_Skip && boundary_wanted) {
-            Apply_Record(image, c, type, size,
+            Apply_Record(form, c, type, size,
                          module.airspaces[static_cast<size_t>(module.airspace_count - 1)]);
         }
         record_offset += length;

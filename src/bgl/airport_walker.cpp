@@ -19,6 +19,7 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
     Bgl_Image& image = form.bgl_image;
     const int64_t file_length = Bgl_File_Length(image);
     int64_t group_offset = 0;
+    int32_t airports_taken = 0;
     while (header.record_type == Group_Record) {
         const int64_t g = section_position + group_offset;
         if (!Charge_Walk(image, 24)) {
@@ -48,6 +49,9 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
                         module.airports[static_cast<size_t>(module.airport_count - 1)];
                     airport.ident = std::move(ident);
                     Read_Airport_Records(form, module, block, airport);
+                    if (++airports_taken == Max_Airports_Per_File) {
+                        return;
+                    }
                 }
             }
             if (length <= 0) {

@@ -3,25 +3,19 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
+#include <optional>
+
+#include "platform/native_paths.h"
 
 bool Load_Bgl_Image(Bgl_Image& image, const std::string& native_path) {
     Release_Bgl_Image(image);
-    std::ifstream in(native_path, std::ios::binary | std::ios::ate);
-    if (!in) {
+    std::optional<std::vector<uint8_t>> bytes =
+        Read_Whole_File_Bytes(native_path, static_cast<uint64_t>(Max_Bgl_File_Size), 1);
+    if (!bytes) {
         return false;
     }
-    std::streamoff length = in.tellg();
-    if (length < 0 || length > Max_Bgl_File_Size) {
-        return false;
-    }
-    std::vector<uint8_t> bytes(static_cast<size_t>(length) + 1, 0);
-    in.seekg(0);
-    if (length > 0 && !in.read(reinterpret_cast<char*>(bytes.data()), length)) {
-        return false;
-    }
-    image.bytes = std::move(bytes);
-    image.walk_budget = 8 * static_cast<int64_t>(length) + 65536;
+    image.bytes = std::move(*bytes);
+    image.walk_budget = 8 * Bgl_File_Length(image) + 65536;
     return true;
 }
 

@@ -21,8 +21,8 @@ struct Bgl_Image {
 constexpr int64_t Max_Bgl_File_Size = 256LL * 1024 * 1024;
 
 // Reads the whole file at a native path into the image, replacing what it held. False if
-// the file cannot be opened or read, or is larger than Max_Bgl_File_Size: the image is
-// then left holding a single 0 byte.
+// the path is not a regular file, the file cannot be opened or read, or it is larger than
+// Max_Bgl_File_Size: the image is then left holding a single 0 byte.
 bool Load_Bgl_Image(Bgl_Image& image, const std::string& native_path);
 // Takes the bytes of a file already in memory (tests, fuzzers).
 void Set_Bgl_Image(Bgl_Image& image, std::vector<uint8_t> file_bytes);

@@ -39,7 +39,7 @@ void Draw_Aircraft(Surface& surface, const Chart_View& view, const Module1& modu
     Pixel_Rec p_tip = Geo_To_Pixel(view, tip.lat, tip.lon);
     int32_t r = Percent_To_Pixels(view, 0.8f);
     Set_Colors(surface, Chart_Green, Chart_Green, Fill_Style_Solid);
-    surface.Ellipse(p.x - r, p.y + r, p.x + r, p.y - r);
+    Ellipse_About(surface, p.x, p.y, r);
     surface.MoveToEx(p.x, p.y);
     surface.LineTo(p_tip.x, p_tip.y);
     surface.TextOutA(p.x, p.y, "Your Plane");

@@ -89,7 +89,7 @@ void Draw_Parkings(Surface& surface, const Chart_View& view, const Module1& modu
         Pixel_Rec p = Geo_To_Pixel(view, parking.lat, parking.lon);
         // A fixed size on the screen, whatever the spot's real size and the zoom.
         int32_t r = Percent_To_Pixels(view, 1.0f);
-        surface.Ellipse(p.x - r, p.y + r, p.x + r, p.y - r);
+        Ellipse_About(surface, p.x, p.y, r);
         surface.Set_ForeColor(Chart_Black);
         surface.TextOutA(p.x, p.y, "Position: " + parking.spot_name);
     }

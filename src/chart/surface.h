@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/rounding.h"
+
 struct Rgb_Rec {
     uint8_t red = 0;
     uint8_t green = 0;
@@ -71,4 +73,12 @@ inline void Set_Colors(Surface& surface, Rgb_Rec fore_color, Rgb_Rec fill_color,
     surface.Set_ForeColor(fore_color);
     surface.Set_FillColor(fill_color);
     surface.Set_FillStyle(fill_style);
+}
+
+// A disc of radius r about the pixel (x, y): Ellipse(x - r, y + r, x + r, y - r). A pixel
+// far off the chart stands at the end of the integer range, so the box's edges saturate
+// there instead of wrapping round to the other side.
+inline void Ellipse_About(Surface& surface, int32_t x, int32_t y, int32_t r) {
+    surface.Ellipse(Clamp_I32(int64_t{x} - r), Clamp_I32(int64_t{y} + r), Clamp_I32(int64_t{x} + r),
+                    Clamp_I32(int64_t{y} - r));
 }

@@ -21,10 +21,10 @@ template <class T> struct Dyn_Array {
         allocated = true;
         items.assign(n, T{});
     }
-    // Reallocate to a single empty slot.
+    // Reallocate to a single empty slot, giving the memory of the old contents back.
     void Release() {
         allocated = true;
-        items.assign(1, T{});
+        items = std::vector<T>(1);
     }
     // Back to never allocated.
     void Clear() {

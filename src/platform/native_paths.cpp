@@ -177,7 +177,11 @@ bool Normal_File_Exists(const Drive_List& drives, std::string_view program_path)
     return !native.empty() && fs::is_regular_file(native, ec);
 }
 
-std::optional<std::string> Read_Whole_File(const std::string& native_path, uint64_t max_size) {
+namespace {
+
+template <class Buffer>
+std::optional<Buffer> Read_Regular_File(const std::string& native_path, uint64_t max_size,
+                                        size_t spare) {
     std::error_code ec;
     if (!fs::is_regular_file(native_path, ec)) {
         return std::nullopt;
@@ -190,17 +194,55 @@ std::optional<std::string> Read_Whole_File(const std::string& native_path, uint6
     if (size < 0 || static_cast<uint64_t>(size) > max_size) {
         return std::nullopt;
     }
-    std::string bytes(static_cast<size_t>(size), '\0');
+    Buffer bytes(static_cast<size_t>(size) + spare, 0);
     in.seekg(0);
-    if (!in.read(bytes.data(), size)) {
+    if (size > 0 && !in.read(reinterpret_cast<char*>(bytes.data()), size)) {
         return std::nullopt;
     }
     return bytes;
 }
 
-bool Write_File_Replacing(const std::string& native_path, std::string_view bytes) {
+// A temporary file that a write of the target made: "." and the target's name, ".tmp-",
+// and the digits of a random number.
+bool Is_Temp_File_Of(std::string_view name, std::string_view target_name) {
+    const std::string prefix = "." + std::string(target_name) + ".tmp-";
+    if (name.size() <= prefix.size() || name.substr(0, prefix.size()) != prefix) {
+        return false;
+    }
+    return std::all_of(name.begin() + static_cast<long>(prefix.size()), name.end(),
+                       [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// Removes what earlier writes of the target left when they were stopped part-way.
+void Remove_Stale_Temp_Files(const fs::path& folder, const std::string& target_name) {
+    std::error_code ec;
+    fs::directory_iterator it(folder.empty() ? fs::path(".") : folder, ec);
+    for (; !ec && it != fs::directory_iterator(); it.increment(ec)) {
+        std::error_code type_ec;
+        if (Is_Temp_File_Of(it->path().filename().string(), target_name) &&
+            it->symlink_status(type_ec).type() == fs::file_type::regular) {
+            std::error_code remove_ec;
+            fs::remove(it->path(), remove_ec);
+        }
+    }
+}
+
+} // namespace
+
+std::optional<std::string> Read_Whole_File(const std::string& native_path, uint64_t max_size) {
+    return Read_Regular_File<std::string>(native_path, max_size, 0);
+}
+
+std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& native_path,
+                                                          uint64_t max_size, size_t spare) {
+    return Read_Regular_File<std::vector<uint8_t>>(native_path, max_size, spare);
+}
+
+std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
+                                                   std::string_view bytes) {
     fs::path target(native_path);
     fs::path folder = target.parent_path();
+    Remove_Stale_Temp_Files(folder, target.filename().string());
     std::random_device random;
     fs::path temp;
     std::FILE* out = nullptr;
@@ -214,18 +256,35 @@ bool Write_File_Replacing(const std::string& native_path, std::string_view bytes
         out = std::fopen(temp.string().c_str(), "wbx");
     }
     if (out == nullptr) {
-        return false;
+        return std::nullopt;
     }
     bool written = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
     written = std::fflush(out) == 0 && written;
     written = std::fclose(out) == 0 && written;
-    std::error_code ec;
-    if (written) {
-        fs::rename(temp, target, ec);
+    Pending_File_Rec pending{temp.string(), native_path};
+    if (!written) {
+        Discard_Pending_File(pending);
+        return std::nullopt;
     }
-    if (!written || ec) {
-        fs::remove(temp, ec);
+    return pending;
+}
+
+bool Commit_Pending_File(const Pending_File_Rec& file) {
+    std::error_code ec;
+    fs::rename(file.temp_path, file.target_path, ec);
+    if (ec) {
+        Discard_Pending_File(file);
         return false;
     }
     return true;
+}
+
+void Discard_Pending_File(const Pending_File_Rec& file) {
+    std::error_code ec;
+    fs::remove(file.temp_path, ec);
+}
+
+bool Write_File_Replacing(const std::string& native_path, std::string_view bytes) {
+    std::optional<Pending_File_Rec> pending = Write_Pending_File(native_path, bytes);
+    return pending && Commit_Pending_File(*pending);
 }

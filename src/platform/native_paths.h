@@ -47,12 +47,34 @@ List_Folder_Files(const Drive_List& drives, std::string_view folder_path, std::s
 // A regular file (or a link to one) exists at the program path.
 bool Normal_File_Exists(const Drive_List& drives, std::string_view program_path);
 
-// The whole file at a native path, or nothing if it cannot be opened or read, or is
-// larger than max_size bytes.
+// The whole of a regular file (or a link to one) at a native path, or nothing if the path
+// names anything else, cannot be opened or read, or is larger than max_size bytes. A
+// folder, a named pipe or a device is never opened: reading one could wait for ever or
+// never end.
 std::optional<std::string> Read_Whole_File(const std::string& native_path,
                                            uint64_t max_size = UINT64_MAX);
+// The same as bytes, with spare zero bytes behind the file's own.
+std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& native_path,
+                                                          uint64_t max_size, size_t spare = 0);
 
-// Replaces the file at a native path by the bytes: they go to a temporary file in the same
-// folder, which is then renamed over the target, so a crash never leaves a half-written
-// file. False if anything fails; the target is then left as it was.
+// A file written in full under a hidden temporary name beside its target, and not yet in
+// its place.
+struct Pending_File_Rec {
+    std::string temp_path;
+    std::string target_path;
+};
+
+// Writes the bytes to a new hidden temporary file beside the target. Temporary files that
+// earlier writes of the same target left behind when they were stopped (".NAME.tmp-"
+// and digits) are removed first. Nothing if the write fails; nothing is then left behind.
+std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
+                                                   std::string_view bytes);
+// Renames the temporary file over its target. False if that fails: the temporary file is
+// then removed, and the target left as it was.
+bool Commit_Pending_File(const Pending_File_Rec& file);
+// Removes the temporary file; the target stays as it was.
+void Discard_Pending_File(const Pending_File_Rec& file);
+
+// Replaces the file at a native path by the bytes, through a pending file, so a crash never
+// leaves a half-written file. False if anything fails; the target is then left as it was.
 bool Write_File_Replacing(const std::string& native_path, std::string_view bytes);

@@ -1,10 +1,7 @@
 #include "scenery/airport_database.h"
 
-#include "platform/native_paths.h"
-
-#include <cstdio>
 #include <cstring>
-#include <fstream>
+#include <filesystem>
 
 namespace {
 
@@ -268,10 +265,11 @@ std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airpo
     return std::move(e.bytes);
 }
 
-bool Write_Airport_Database(const std::string& native_path,
-                            const Dyn_Array<Airport_Rec>& airports) {
+std::optional<Pending_File_Rec>
+Write_Pending_Airport_Database(const std::string& native_path,
+                               const Dyn_Array<Airport_Rec>& airports) {
     const std::vector<uint8_t> bytes = Encode_Airport_Database(airports);
-    return Write_File_Replacing(
+    return Write_Pending_File(
         native_path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
@@ -297,21 +295,16 @@ Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
 
 Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
                                            Dyn_Array<Airport_Rec>& airports) {
-    std::ifstream in(native_path, std::ios::binary | std::ios::ate);
-    if (!in) {
-        airports.Release();
+    airports.Release();
+    std::error_code error;
+    if (std::filesystem::is_regular_file(native_path, error) &&
+        std::filesystem::file_size(native_path, error) > Max_Database_File_Size && !error) {
+        return Database_Read_Result::Damaged;
+    }
+    std::optional<std::vector<uint8_t>> bytes =
+        Read_Whole_File_Bytes(native_path, Max_Database_File_Size);
+    if (!bytes) {
         return Database_Read_Result::Cannot_Open;
     }
-    std::streamoff length = in.tellg();
-    if (length < 0) {
-        airports.Release();
-        return Database_Read_Result::Cannot_Open;
-    }
-    std::vector<uint8_t> bytes(static_cast<size_t>(length));
-    in.seekg(0);
-    if (length > 0 && !in.read(reinterpret_cast<char*>(bytes.data()), length)) {
-        airports.Release();
-        return Database_Read_Result::Cannot_Open;
-    }
-    return Decode_Airport_Database(bytes, airport_count, airports);
+    return Decode_Airport_Database(*bytes, airport_count, airports);
 }

@@ -1,6 +1,8 @@
 #include "scenery/scan_sequence.h"
 
 #include <filesystem>
+#include <new>
+#include <optional>
 
 #include "bgl/sections.h"
 #include "platform/native_paths.h"
@@ -30,10 +32,28 @@ constexpr const char* Database_Not_Written_Text =
     "The airport database file all_fs_airports.dat could not be written in this program's "
     "folder. The airports are listed now, but they will be read from the scenery files again "
     "at the next start.";
+constexpr const char* Count_Not_Stored_Text =
+    "The number of airports could not be stored in the settings file quilmark_config.cfg, so "
+    "the new airport database file was not kept. The airports are listed now, but they will "
+    "be read from the scenery files again at the next start.";
+constexpr const char* Out_Of_Memory_Text =
+    "There is not enough memory to read the airports of this scenery, so the list will stay "
+    "empty.";
 
 bool Database_File_Exists() {
     std::error_code error;
     return std::filesystem::is_regular_file(Database_File_Name, error);
+}
+
+// Where the scan looked for one of the simulator's files, for a message: the native path,
+// or the program's own path if no native one could be formed.
+std::string Looked_For_At(const std::string& native_path, const std::string& program_path) {
+    return native_path.empty() ? program_path : Utf8_To_Ansi(native_path);
+}
+
+std::string Not_Found_Text(const std::string& file, const std::string& where,
+                           const std::string& what_follows) {
+    return "No readable " + file + " was found at " + where + ", so " + what_follows + ".";
 }
 
 void Set_Empty_Bar(Form3_Data& form, Chooser_Form& ui) {
@@ -50,8 +70,39 @@ void Finish(const Module1& m, Chooser_Form& ui) {
     ui.Enable_Controls(true);
 }
 
-// The first-run path: build the database from the scenery, store it and its count.
-void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+// A later start takes the database file as holding exactly the count that the configuration
+// file gives, and lists that many airports (a count of 0 beside a filled file lists none).
+// So the two must never disagree, also when the process is killed or the disk fills up
+// between the two writes. The new database therefore waits under its temporary name until
+// the count is stored, and goes into place last: a stop at any moment leaves either no
+// database file, and the next start builds it again, or both files complete. A damaged old
+// database goes before the count is stored, so that it can't be read with the new count.
+// Returns the text of the message to show if the pair could not be stored.
+const char* Store_Count_Then_Database(Module1& m, const Pending_File_Rec& database) {
+    std::error_code error;
+    const auto old_type = std::filesystem::symlink_status(Database_File_Name, error).type();
+    if (old_type != std::filesystem::file_type::not_found &&
+        old_type != std::filesystem::file_type::directory &&
+        !std::filesystem::remove(Database_File_Name, error)) {
+        Discard_Pending_File(database);
+        return Database_Not_Written_Text;
+    }
+    Config_Status stored = Update_Config_Airport_Count(m);
+    // Without a configuration file nothing is stored: the next start is one with the wizard.
+    if (stored != Config_Status::ok && stored != Config_Status::missing) {
+        Discard_Pending_File(database);
+        return Count_Not_Stored_Text;
+    }
+    if (!Commit_Pending_File(database)) {
+        return Database_Not_Written_Text;
+    }
+    return nullptr;
+}
+
+// The first-run path: build the database from the scenery, store it and its count. After a
+// damaged database the message about the damage has already said that the file is made
+// again, and the first-run message would wrongly claim a first time.
+void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_damage) {
     form.database_present = false;
     form.bgl_file_total = 0;
     for (int16_t i = 0; i < m.scenery_area_count; ++i) {
@@ -69,22 +120,100 @@ void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     m.airport_count = 0;
     m.airports.Release();
 
-    ui.Show_Message(First_Run_Text, Message_Title, Message_Icon::Information);
+    if (!after_damage) {
+        ui.Show_Message(First_Run_Text, Message_Title, Message_Icon::Information);
+    }
     Scan_Airport_Areas(m, form, ui);
 
     ui.Show_Status("Creating Database File...");
-    bool written = Write_Airport_Database(Database_File_Name, m.airports);
+    std::optional<Pending_File_Rec> database =
+        Write_Pending_Airport_Database(Database_File_Name, m.airports);
     Release_Bgl_Image(form.bgl_image);
 
     ui.Show_Status("Updating Configuration...");
-    if (written) {
-        Update_Config_Airport_Count(m);
+    const char* problem =
+        database ? Store_Count_Then_Database(m, *database) : Database_Not_Written_Text;
+    if (problem == nullptr) {
         ui.Show_Message(Database_Created_Text, Message_Title, Message_Icon::Information);
     } else {
-        ui.Show_Message(Database_Not_Written_Text, Message_Title, Message_Icon::Exclamation);
+        ui.Show_Message(problem, Message_Title, Message_Icon::Exclamation);
     }
     Finish(m, ui);
     Set_Empty_Bar(form, ui);
+}
+
+void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+    ui.Enable_Controls(false);
+    form.drives = Drive_List_For_Fs_Path(m.fs_path);
+
+    ui.Show_Status("Magdec.bgl File");
+    // Without the table the grid stays as it is, all zeros in a new process: headings then
+    // come out unconverted.
+    const std::string magdec_path = m.fs_path + "\\scenery\\magdec.bgl";
+    const std::string magdec = Resolve_Native_Path(form.drives, magdec_path);
+    if (!Load_Magdec(form.bgl_image, m.magvar_grid, magdec)) {
+        ui.Show_Message(Not_Found_Text("magdec.bgl", Looked_For_At(magdec, magdec_path),
+                                       "the headings will be shown as true headings"),
+                        Message_Title, Message_Icon::Information);
+    }
+
+    // Without scenery.cfg there is nothing to build the database from.
+    std::optional<std::string> scenery_cfg_missing;
+    if (m.fs_version == 1) {
+        ui.Show_Status("Scenery.cfg File");
+        m.scenery_areas.Release();
+        m.scenery_area_count = 0;
+        const std::string cfg_path = m.fs_path + "\\scenery.cfg";
+        const std::string cfg = Resolve_Native_Path(form.drives, cfg_path);
+        if (Read_Scenery_Cfg(m, cfg) == Scenery_Cfg_Status::unreadable) {
+            scenery_cfg_missing = Looked_For_At(cfg, cfg_path);
+        }
+        form.cd_prompt_shown = false;
+        for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+            if (!m.scenery_areas[static_cast<size_t>(i)].Remote.empty()) {
+                ui.Show_Message(Cd_Prompt_Text, Program_Title, Message_Icon::Information);
+                form.cd_prompt_shown = true;
+                break;
+            }
+        }
+        Locate_Scenery_Folders(m, form.drives);
+    }
+
+    ui.Show_Status("Getting ATC Folder...");
+    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+        const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
+        if (Is_Atc_Area(area)) {
+            m.atc_data_path = area.Local; // the last matching area counts
+        }
+    }
+
+    m.airports.Release();
+    const bool database_found = Database_File_Exists();
+    form.database_present = database_found;
+    ui.Stop_Scan_Timer();
+    if (database_found) {
+        ui.Show_Status("Reading Database File...");
+        if (Read_Airport_Database(Database_File_Name, m.airport_count, m.airports) ==
+            Database_Read_Result::Ok) {
+            Finish(m, ui);
+            return;
+        }
+    }
+    if (scenery_cfg_missing) {
+        // Nothing is written: a database file that is there stays as it is, for the day
+        // the path leads to the simulator again.
+        ui.Show_Message(
+            Not_Found_Text("scenery.cfg", *scenery_cfg_missing, "the list will stay empty"),
+            Message_Title, Message_Icon::Information);
+        ui.Show_Status("Done");
+        ui.Enable_Controls(true);
+        return;
+    }
+    if (database_found) {
+        // Never half a list: the file is rebuilt as on a first run.
+        ui.Show_Message(Database_Damaged_Text, Message_Title, Message_Icon::Information);
+    }
+    Build_Database(m, form, ui, database_found);
 }
 
 } // namespace
@@ -137,54 +266,18 @@ void Fill_Airport_List(const Module1& m, Chooser_Form& ui) {
 }
 
 void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
-    ui.Enable_Controls(false);
-    form.drives = Drive_List_For_Fs_Path(m.fs_path);
-
-    ui.Show_Status("Magdec.bgl File");
-    // A missing table leaves the grid as it is: headings then come out unconverted.
-    Load_Magdec(form.bgl_image, m.magvar_grid,
-                Resolve_Native_Path(form.drives, m.fs_path + "\\scenery\\magdec.bgl"));
-
-    if (m.fs_version == 1) {
-        ui.Show_Status("Scenery.cfg File");
-        m.scenery_areas.Release();
-        m.scenery_area_count = 0;
-        Read_Scenery_Cfg(m, Resolve_Native_Path(form.drives, m.fs_path + "\\scenery.cfg"));
-        form.cd_prompt_shown = false;
-        for (int16_t i = 0; i < m.scenery_area_count; ++i) {
-            if (!m.scenery_areas[static_cast<size_t>(i)].Remote.empty()) {
-                ui.Show_Message(Cd_Prompt_Text, Program_Title, Message_Icon::Information);
-                form.cd_prompt_shown = true;
-                break;
-            }
-        }
-        Locate_Scenery_Folders(m, form.drives);
-    }
-
-    ui.Show_Status("Getting ATC Folder...");
-    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
-        const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
-        if (Is_Atc_Area(area)) {
-            m.atc_data_path = area.Local; // the last matching area counts
-        }
-    }
-
-    m.airports.Release();
-    if (!Database_File_Exists()) {
+    try {
+        Scan(m, form, ui);
+    } catch (const std::bad_alloc&) {
+        // A scenery beyond the machine's memory: what was read goes, nothing is written,
+        // and the chooser stays usable with an empty list.
+        m.airports.Release();
+        m.airspaces.Release();
+        m.airspace_count = 0;
+        Release_Bgl_Image(form.bgl_image);
         ui.Stop_Scan_Timer();
-        Build_Database(m, form, ui);
-        return;
+        ui.Show_Message(Out_Of_Memory_Text, Message_Title, Message_Icon::Exclamation);
+        ui.Show_Status("Done");
+        ui.Enable_Controls(true);
     }
-
-    form.database_present = true;
-    ui.Stop_Scan_Timer();
-    ui.Show_Status("Reading Database File...");
-    if (Read_Airport_Database(Database_File_Name, m.airport_count, m.airports) !=
-        Database_Read_Result::Ok) {
-        // Never half a list: the file is rebuilt as on a first run.
-        ui.Show_Message(Database_Damaged_Text, Message_Title, Message_Icon::Information);
-        Build_Database(m, form, ui);
-        return;
-    }
-    Finish(m, ui);
 }

@@ -12,7 +12,9 @@ struct Form3_Data;
 struct Module1;
 
 // One run, as the chooser's timer starts it once per load of the form. The program's two
-// files are looked for in the process's current directory.
+// files are looked for in the process's current directory. A missing magdec.bgl or
+// scenery.cfg is reported; without scenery.cfg no database is built or replaced. Running
+// out of memory is reported too, and leaves an empty list.
 void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui);
 
 // The database build: every BGL file of the areas "Airport and Facilities Data" with

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "airspace/airspace_model.h"
 #include "bgl/bgl_image.h"
 #include "platform/drives.h"
 #include "platform/native_paths.h"
@@ -22,6 +23,9 @@ struct Form3_Data {
     // The running enumeration of area_folder's "*.bgl" files.
     std::vector<Listed_File_Rec> area_files;
     size_t next_area_file = 0;
+    // What is left of Max_Airspace_Bytes_Per_Fetch for the boundary walker; the fetch sets
+    // it afresh.
+    int64_t airspace_bytes_left = Max_Airspace_Bytes_Per_Fetch;
     // The drives through which the program's paths reach the file system; set by the scan.
     Drive_List drives;
 };

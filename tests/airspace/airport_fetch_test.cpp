@@ -6,6 +6,7 @@
 #include "platform/drives.h"
 #include "shell/chooser_form.h"
 #include "support/decode.h"
+#include "support/hooked_form.h"
 #include "support/work_dir.h"
 
 namespace {
@@ -91,6 +92,7 @@ TEST(AirportFetch, FindsTheRecordBuildsAirspaceAndHandsOver) {
     boeing.departure_freq = "120.4";
     boeing.approach_freq = "119.2";
     f.Fill({boeing});
+    f.form->airspace_bytes_left = 0; // spent by the last fetch: each fetch has its own
     f.Fetch(std::string("KBFI (BOEING)"));
     ASSERT_EQ(f.m->airspace_count, 2);
     EXPECT_EQ(f.m->airspaces[0].region_name, "SEA D");
@@ -118,4 +120,55 @@ TEST(AirportFetch, MissingFolderGivesNoAirspaceAndStillHandsOver) {
     EXPECT_FALSE(f.m->airspaces.allocated);
     EXPECT_TRUE(ui.handed_over);
     EXPECT_EQ(ui.status_texts.back(), "Done");
+}
+
+TEST(AirportFetch, AirspaceMemoryIsBoundedPerFetch) {
+    // 80,000 circles that all hold the airport: far more than any world has.
+    Work_Dir dir("fetch-bounded");
+    std::vector<Bytes> circles(
+        80000, Concat({Boundary_Box_Record(Encode_Latitude(47), Encode_Longitude(-123),
+                                           Encode_Latitude(48), Encode_Longitude(-122)),
+                       Boundary_Circle_Record(5, 0, 2500)}));
+    Bgl_File_Layout layout;
+    layout.boundary_section = Boundary_Section({circles});
+    Write_File(dir.Sub("atc/many.bgl"), Build_Bgl(layout));
+    Fetch_Fixture f;
+    f.form->drives = Plain_Drive_List();
+    f.m->atc_data_path = dir.Sub("atc");
+    f.Fill({Airport("KSEA", "SEATTLE", 47.45, -122.31)});
+    f.Fetch(std::string("KSEA (SEATTLE)"));
+    constexpr int64_t each = sizeof(Airspace_Rec) + sizeof(Boundary_Point_Rec);
+    EXPECT_EQ(f.m->airspace_count, Max_Airspace_Bytes_Per_Fetch / each);
+}
+
+TEST(AirportFetch, RunningOutOfMemoryIsReported) {
+    struct Case {
+        const char* at_status;
+        const char* message;
+        bool chart_opens; // with the airport and no airspace
+    };
+    const Case cases[] = {
+        {"Getting Airport's Info...", "There is not enough memory to open this airport.", false},
+        {"Looking for Airspace...",
+         "There is not enough memory to read the airspace around this airport, so the chart "
+         "will show no airspace.",
+         true},
+    };
+    for (const Case& c : cases) {
+        Fetch_Fixture f;
+        Airport_Rec sea = Airport("KSEA", "SEATTLE", 47.45, -122.31);
+        sea.approach_freq = "119.2";
+        f.Fill({sea});
+        Hooked_Chooser_Form ui(c.at_status, [] { throw std::bad_alloc(); });
+        Get_Airport(*f.m, *f.form, ui, std::string("KSEA (SEATTLE)"));
+        EXPECT_EQ(ui.messages, (std::vector<Shown_Message>{
+                                   {c.message, "Quilmark Message", Message_Icon::Exclamation}}));
+        EXPECT_EQ(ui.handed_over, c.chart_opens);
+        EXPECT_TRUE(ui.controls_enabled);
+        EXPECT_EQ(ui.status_texts.back(), "Done");
+        EXPECT_EQ(f.m->airspace_count, 0);
+        // Either the chart has the airport, or the chooser still has its list.
+        EXPECT_EQ(f.m->current_airport.ident, c.chart_opens ? "KSEA" : "");
+        EXPECT_EQ(f.m->airports.Slot_Count(), c.chart_opens ? 1u : 2u);
+    }
 }

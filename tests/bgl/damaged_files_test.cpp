@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "bgl/airport_walker.h"
 #include "support/decode.h"
 #include "support/example_field.h"
 
@@ -47,6 +48,26 @@ Bytes Patched(const Bgl_File_Layout& layout, size_t at, int32_t word) {
     return w.bytes;
 }
 
+// A file whose entries all point at the block of its first airport, which holds the stream.
+Bytes Shared_Block_File(int entries, const Bytes& stream) {
+    Bgl_File_Layout layout = Layout_Of({"KAAA"}, stream);
+    Airport_Group& group = layout.groups.emplace_back();
+    for (int i = 1; i < entries; ++i) {
+        Airport_Entry& e = group.entries.emplace_back();
+        e.ident = std::string("K").append(std::to_string(i));
+        e.block_position = 0;
+    }
+    // The layout does not depend on where the entries point: the first airport's block in
+    // the finished file is where they all go.
+    const int32_t shared_block = Read_Int32_Le(Build_Bgl(layout), 200 + 24 + 12);
+    for (Airport_Entry& e : group.entries) {
+        e.block_position = shared_block;
+    }
+    Bytes file = Build_Bgl(layout);
+    EXPECT_EQ(Read_Int32_Le(file, 200 + 24 + 12), shared_block);
+    return file;
+}
+
 } // namespace
 
 TEST(DamagedFiles, EveryTruncationDecodesWithoutFault) {
@@ -87,7 +108,7 @@ TEST(DamagedFiles, HugeCountsAndFarPositions) {
     }
 }
 
-TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWork) {
+TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWorkOrTheAirports) {
     // 20,000 entries all point at one block of 2,000 runways: decoded fully, that would be
     // forty million runways from a file of about two megabytes.
     Runway_Fields r;
@@ -96,23 +117,14 @@ TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWork) {
     for (int i = 0; i < 2000; ++i) {
         Append_Bytes(runways, Runway_Record(r));
     }
-    Bgl_File_Layout layout = Layout_Of({"KAAA"}, runways);
-    Airport_Group& group = layout.groups.emplace_back();
-    for (int i = 0; i < 20000; ++i) {
-        Airport_Entry& e = group.entries.emplace_back();
-        e.ident = std::string("K").append(std::to_string(i));
-        e.block_position = 0;
-    }
-    // The layout does not depend on where the entries point: the first airport's block in
-    // the finished file is where they all go.
-    const int32_t shared_block = Read_Int32_Le(Build_Bgl(layout), 200 + 24 + 12);
-    for (Airport_Entry& e : group.entries) {
-        e.block_position = shared_block;
-    }
-    Bytes file = Build_Bgl(layout);
-    ASSERT_EQ(Read_Int32_Le(file, 200 + 24 + 12), shared_block);
+    Bytes file = Shared_Block_File(20000, runways);
     Totals t = Decode_Totals(file);
     EXPECT_GT(t.airports, 1);     // entries are decoded until the budget runs out ...
     EXPECT_LT(t.airports, 20001); // ... but not all of them
     EXPECT_LE(t.elements, static_cast<int64_t>(file.size()) / 4);
+
+    // A block small enough for the budget to take every entry: the file still gives no more
+    // airports than any real scenery file could hold.
+    EXPECT_EQ(Decode_Totals(Shared_Block_File(120000, Name_Record("x"))).airports,
+              Max_Airports_Per_File);
 }

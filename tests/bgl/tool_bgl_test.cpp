@@ -2,11 +2,15 @@
 // descriptions (an independent calculation in exact decimal arithmetic).
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "support/bgl_writer.h"
 #include "support/decode.h"
 #include "support/example_field.h"
 #include "support/json_value.h"
+#include "support/named_pipe.h"
 #include "support/tool_run.h"
+#include "support/work_dir.h"
 
 TEST(ToolBgl, HandCheckedAirport) {
     const std::string dir = ::testing::TempDir();
@@ -133,4 +137,21 @@ TEST(ToolBgl, TextsLeaveAsUtf8) {
     Tool_Run run = Run_Quilmark_Tool({"bgl", dir + "/zurich.bgl"});
     ASSERT_EQ(run.status, 0);
     EXPECT_EQ(Parse_Json(run.out)["airports"][0]["name"].text, "Z\xC3\x9CRICH");
+}
+
+TEST(ToolBgl, InputsThatAreNoRegularFilesAreRefusedAtOnce) {
+    Work_Dir dir("tool-inputs");
+    Named_Pipe pipe("pipe.bgl");
+    std::filesystem::create_directory("folder.bgl");
+    const std::vector<std::string> cases[] = {{"bgl", "pipe.bgl"},
+                                              {"bgl", "folder.bgl"},
+                                              {"bgl", "--magdec", "pipe.bgl", "folder.bgl"},
+                                              {"db", "pipe.bgl", "0"},
+                                              {"db", "folder.bgl", "0"}};
+    for (const std::vector<std::string>& args : cases) {
+        Tool_Run run = Run_Quilmark_Tool(args);
+        EXPECT_EQ(run.status, 1) << args[0] << " " << args[1];
+        EXPECT_NE(run.err.find("cannot open"), std::string::npos) << run.err;
+    }
+    EXPECT_FALSE(pipe.Reader_Was_Stuck());
 }

@@ -49,4 +49,11 @@ TEST(DrawAircraft, GreenDiscHeadingLineAndLabelOnlyWithTheLink) {
                       std::string(line) + "; TextOutA 90 120 \"Your Plane\"")
             << "heading " << heading;
     }
+    // Far north at the deepest zoom: the pixel saturates and the disc stops at the range's end.
+    Module1 m;
+    m.fsuipc_connected = true;
+    m.aircraft_lat = 89;
+    Recording_Surface s;
+    Draw_Aircraft(s, Make_View(0, 0, 0.01 / 2048, 0.01 / 2048, 300, 300, 20), m);
+    EXPECT_EQ(Format_Surface_Op(s.ops[3]), "Ellipse 147 -2147483645 153 -2147483648");
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
@@ -122,18 +123,31 @@ TEST(DrawTaxiPaths, LongSegmentIsDrawnWholeWithItsLabelAtMost16384FeetOut) {
 }
 
 TEST(DrawParkings, DiscOfOnePercentOfTheWidthWithHalvesToEven) {
-    // Radius 3 pixels of 300; 2.5 of 250 goes to 2.
-    const std::pair<int32_t, const char*> cases[] = {
-        {300, "Ellipse 147 53 153 47; ForeColor 0 0 0; TextOutA 150 50"},
-        {250, "Ellipse 123 52 127 48; ForeColor 0 0 0; TextOutA 125 50"}};
-    for (const auto& [width, ops] : cases) {
+    // Radius 3 pixels of 300; 2.5 of 250 goes to 2. A spot at an infinite position stands
+    // at the end of the pixel range, and its disc stops there.
+    struct Case {
+        int32_t width;
+        double lat, lon;
+        const char* ops;
+    };
+    const double inf = std::numeric_limits<double>::infinity();
+    const Case cases[] = {
+        {300, 0, 0, "Ellipse 147 53 153 47; ForeColor 0 0 0; TextOutA 150 50"},
+        {250, 0, 0, "Ellipse 123 52 127 48; ForeColor 0 0 0; TextOutA 125 50"},
+        {300, -inf, inf,
+         "Ellipse 2147483644 2147483647 2147483647 2147483644; ForeColor 0 0 0; "
+         "TextOutA 2147483647 2147483647"},
+        {300, inf, -inf,
+         "Ellipse -2147483648 -2147483645 -2147483645 -2147483648; ForeColor 0 0 0; "
+         "TextOutA -2147483648 -2147483648"}};
+    for (const Case& c : cases) {
         Module1 m;
         Set_Exact(m.current_airport.parkings, m.current_airport.parking_count,
-                  {{"GATE 4", 0, 0, 80}});
+                  {{"GATE 4", c.lat, c.lon, 80}});
         Recording_Surface s;
-        Draw_Parkings(s, Make_View(0, 0, 0.01, 0.01, width, 100, 14), m);
+        Draw_Parkings(s, Make_View(0, 0, 0.01, 0.01, c.width, 100, 14), m);
         EXPECT_EQ(Ops(s), "ForeColor 128 64 64; FillColor 128 64 64; FillStyle 0; " +
-                              std::string(ops) + " \"Position: GATE 4\"");
+                              std::string(c.ops) + " \"Position: GATE 4\"");
     }
 }
 

@@ -98,3 +98,25 @@ TEST(NativePaths, ListingAndExistenceTakeNormalFilesOnly) {
         EXPECT_FALSE(Normal_File_Exists(tree.Drives(), std::string("c:\\area\\scenery\\") + name));
     }
 }
+
+TEST(NativePaths, AWriteClearsWhatStoppedWritesOfTheSameFileLeft) {
+    Temp_Tree tree;
+    const std::pair<const char*, bool> leftovers[] = {
+        {".all_fs_airports.dat.tmp-3141592653", true}, // a write of the file, killed
+        {".all_fs_airports.dat.tmp-", false},          // from here on: not ours
+        {".all_fs_airports.dat.tmp-12a", false},
+        {"all_fs_airports.dat.tmp-12", false},
+        {".all_fs_airports.dat.bak", false},
+        {".quilmark_config.cfg.tmp-27", false}, // another file's, cleared at its own write
+    };
+    for (const auto& [name, removed] : leftovers) {
+        tree.File(name);
+    }
+    fs::create_directory(tree.root / ".all_fs_airports.dat.tmp-55"); // only files are ours
+    ASSERT_TRUE(Write_File_Replacing((tree.root / "all_fs_airports.dat").string(), "db"));
+    for (const auto& [name, removed] : leftovers) {
+        EXPECT_EQ(fs::exists(tree.root / name), !removed) << name;
+    }
+    EXPECT_TRUE(fs::is_directory(tree.root / ".all_fs_airports.dat.tmp-55"));
+    EXPECT_EQ(Read_Whole_File((tree.root / "all_fs_airports.dat").string()), "db");
+}

@@ -4,6 +4,9 @@
 #include "support/bgl_writer.h"
 #include "support/decode.h"
 #include "support/example_field.h"
+#include "support/work_dir.h"
+
+#include <filesystem>
 
 namespace {
 
@@ -118,14 +121,23 @@ TEST(AirportDatabase, EveryCutAndBadDescriptorIsDamage) {
     EXPECT_EQ(Decode_Airport_Database(bad, 1, back), Database_Read_Result::Damaged);
 }
 
-TEST(AirportDatabase, WrittenThroughATemporaryFile) {
-    const std::string path = ::testing::TempDir() + "/all_fs_airports.dat";
+TEST(AirportDatabase, WrittenThroughATemporaryFileAndNeverReadWhenHuge) {
+    Work_Dir dir("database-file");
     Dyn_Array<Airport_Rec> example = Decoded_Example();
-    ASSERT_TRUE(Write_Airport_Database(path, example));
+    std::optional<Pending_File_Rec> pending = Write_Pending_Airport_Database("db.dat", example);
+    ASSERT_TRUE(pending);
     Dyn_Array<Airport_Rec> back;
-    ASSERT_EQ(Read_Airport_Database(path, 1, back), Database_Read_Result::Ok);
+    EXPECT_EQ(Read_Airport_Database("db.dat", 1, back), Database_Read_Result::Cannot_Open);
+    ASSERT_TRUE(Commit_Pending_File(*pending));
+    ASSERT_EQ(Read_Airport_Database("db.dat", 1, back), Database_Read_Result::Ok);
     EXPECT_EQ(back, example);
-    EXPECT_EQ(Read_Airport_Database(path + ".none", 1, back), Database_Read_Result::Cannot_Open);
     // A folder that cannot take the file leaves nothing behind.
-    EXPECT_FALSE(Write_Airport_Database(::testing::TempDir() + "/no/such/dir/x.dat", example));
+    EXPECT_FALSE(Write_Pending_Airport_Database("no/such/dir/x.dat", example));
+
+    // A file far larger than the whole world's database is not read into memory. (Folders
+    // and pipes: the tool's test of db.)
+    std::filesystem::copy_file("db.dat", "huge.dat");
+    std::filesystem::resize_file("huge.dat", Max_Database_File_Size + 1); // sparse
+    EXPECT_EQ(Read_Airport_Database("huge.dat", 1, back), Database_Read_Result::Damaged);
+    EXPECT_EQ(back.Slot_Count(), 1u);
 }

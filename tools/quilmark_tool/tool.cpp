@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
 #include <sstream>
 
 #include "airport_json.h"
@@ -539,7 +540,12 @@ int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostre
             err << "quilmark-tool: " << problem << "\n";
             return 2;
         }
-        return command.run(parsed, out, err);
+        try {
+            return command.run(parsed, out, err);
+        } catch (const std::bad_alloc&) {
+            err << "quilmark-tool: not enough memory for this input\n";
+            return 1;
+        }
     }
     err << "quilmark-tool: unknown command \"" << args[0]
         << "\"; quilmark-tool --help lists the commands\n";
