@@ -3,15 +3,19 @@
 #include <QFontMetricsF>
 #include <QPaintDevice>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
 #include <QRectF>
+#include <QStaticText>
 #include <QString>
 #include <QTransform>
 #include <QVector>
 #include <cmath>
+#include <memory>
 #include <string>
 
 #include "bgl/geodesy.h"
+#include "chart/qt_coverage.h"
 #include "platform/text1252.h"
 
 QFont Chart_Label_Font() {
@@ -21,7 +25,19 @@ QFont Chart_Label_Font() {
     return font;
 }
 
+QFont Diagram_Font(double size_px, bool bold) {
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setStyleHint(QFont::SansSerif);
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(size_px))));
+    font.setBold(bold);
+    return font;
+}
+
 namespace {
+
+QColor To_QColor(Rgba_Rec color) {
+    return QColor(color.red, color.green, color.blue, color.alpha);
+}
 
 QColor To_QColor(Rgb_Rec color) {
     return QColor(color.red, color.green, color.blue);
@@ -75,6 +91,48 @@ bool Places_Whole_Pixels(const QPainter& painter) {
            t.dy() == std::floor(t.dy());
 }
 
+// The fonts and measures of the diagram's text, by size and weight, made once per
+// process: layouts measure hundreds of labels a redraw.
+struct Diagram_Face {
+    QFont font;
+    QFontMetricsF metrics;
+};
+
+const Diagram_Face& Face_For(double size_px, bool bold) {
+    static std::unordered_map<int, std::unique_ptr<Diagram_Face>> faces;
+    const int pixels = std::max(1, static_cast<int>(std::lround(size_px)));
+    const int key = pixels * 2 + (bold ? 1 : 0);
+    auto found = faces.find(key);
+    if (found == faces.end()) {
+        QFont font = Diagram_Font(pixels, bold);
+        auto face = std::make_unique<Diagram_Face>(Diagram_Face{font, QFontMetricsF(font)});
+        found = faces.emplace(key, std::move(face)).first;
+    }
+    return *found->second;
+}
+
+QPen Figure_Pen(const Stroke_Rec& stroke) {
+    if (stroke.width <= 0 || stroke.color.alpha == 0) {
+        return QPen(Qt::NoPen);
+    }
+    QPen pen(To_QColor(stroke.color));
+    pen.setWidthF(stroke.width);
+    pen.setCapStyle(stroke.round ? Qt::RoundCap : Qt::FlatCap);
+    pen.setJoinStyle(stroke.round ? Qt::RoundJoin : Qt::MiterJoin);
+    if (!stroke.dashes.empty()) {
+        // Qt counts dash lengths in pen widths.
+        QVector<qreal> pattern;
+        for (double d : stroke.dashes) {
+            pattern.push_back(std::max(0.01, d / stroke.width));
+        }
+        if (pattern.size() % 2 == 1) {
+            pattern.push_back(pattern.back());
+        }
+        pen.setDashPattern(pattern);
+    }
+    return pen;
+}
+
 // Room left around a piece's outline for smoothing that spills past it.
 constexpr int Sprite_Margin = 2;
 
@@ -99,6 +157,7 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Keep(std::string&& key, Sprite&&
     }
     if (bytes + sprite_bytes > Max_Bytes) {
         sprites.clear();
+        text_sprites.clear();
         bytes = 0;
     }
     bytes += sprite_bytes;
@@ -394,4 +453,307 @@ void Qt_Surface::TextOutA(int32_t x, int32_t y, std::string_view text) {
     painter_has_pen = false; // the line pen must be set again
     // drawText places the baseline at the point; the label's top left corner goes there.
     painter.drawText(QPointF(x, y + label_ascent), To_QString(text));
+}
+
+void Qt_Surface::Begin_Figure(const Stroke_Rec& stroke, Rgba_Rec fill) {
+    figure_smoothing_added = !painter.testRenderHint(QPainter::Antialiasing);
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::Antialiasing, true);
+    }
+    painter.setPen(Figure_Pen(stroke));
+    painter.setBrush(fill.alpha == 0 ? QBrush(Qt::NoBrush) : QBrush(To_QColor(fill)));
+}
+
+void Qt_Surface::Figure_Done() {
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    // The classic calls keep the painter's pen and brush between calls; they must set
+    // theirs again after a figure.
+    painter_has_pen = false;
+    painter_has_brush = false;
+}
+
+bool Qt_Surface::Unseen(double min_x, double min_y, double max_x, double max_y, double reach) {
+    return Skips_Unseen() && (max_x + reach < 0 || max_y + reach < 0 ||
+                              min_x - reach > chart_width || min_y - reach > chart_height);
+}
+
+void Qt_Surface::Draw_Polygon(std::span<const Point_F_Rec> points, Rgba_Rec fill,
+                              const Stroke_Rec& outline) {
+    if (points.size() < 2) {
+        return;
+    }
+    // An upright rectangle with no outline (a background, a panel) is a plain fill.
+    if (points.size() == 4 && (outline.width <= 0 || outline.color.alpha == 0) &&
+        points[0].y == points[1].y && points[1].x == points[2].x && points[2].y == points[3].y &&
+        points[3].x == points[0].x) {
+        if (fill.alpha > 0) {
+            painter.fillRect(
+                QRectF(QPointF(points[0].x, points[0].y), QPointF(points[2].x, points[2].y))
+                    .normalized(),
+                To_QColor(fill));
+        }
+        return;
+    }
+    figure_points.clear();
+    for (const Point_F_Rec& p : points) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    Begin_Figure(outline, fill);
+    painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
+    Figure_Done();
+}
+
+void Qt_Surface::Draw_Polyline(std::span<const Point_F_Rec> points, const Stroke_Rec& stroke) {
+    if (points.size() < 2 || stroke.width <= 0) {
+        return;
+    }
+    figure_points.clear();
+    for (const Point_F_Rec& p : points) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    Begin_Figure(stroke, {});
+    painter.drawPolyline(figure_points.data(), static_cast<int>(figure_points.size()));
+    Figure_Done();
+}
+
+void Qt_Surface::Draw_Segments(std::span<const Point_F_Rec> ends, const Stroke_Rec& stroke) {
+    if (ends.size() < 2 || stroke.width <= 0 || stroke.color.alpha == 0) {
+        return;
+    }
+    // Thousands of taxiway lines a redraw: solid round-ended lines of an opaque colour go
+    // straight into an image's pixels where they can.
+    std::optional<Qt_Coverage_Painter> direct;
+    if (stroke.dashes.empty() && stroke.round && stroke.color.alpha == 255) {
+        direct = Qt_Coverage_Painter::For(painter);
+    }
+    if (direct) {
+        const QRgb color = To_QColor(stroke.color).rgb();
+        const double half = stroke.width / 2;
+        for (size_t i = 0; i + 1 < ends.size(); i += 2) {
+            const Point_F_Rec a = ends[i];
+            const Point_F_Rec b = ends[i + 1];
+            if (!Unseen(std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x),
+                        std::max(a.y, b.y), half + 2)) {
+                direct->Capsule({a.x, a.y}, {b.x, b.y}, half, color);
+            }
+        }
+        return;
+    }
+    figure_points.clear();
+    for (const Point_F_Rec& p : ends) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    Begin_Figure(stroke, {});
+    painter.drawLines(figure_points.data(), static_cast<int>(figure_points.size() / 2));
+    Figure_Done();
+}
+
+void Qt_Surface::Draw_Circles(std::span<const Circle_F_Rec> circles, Rgba_Rec fill,
+                              const Stroke_Rec& outline) {
+    const bool has_outline = outline.width > 0 && outline.color.alpha > 0;
+    std::optional<Qt_Coverage_Painter> direct;
+    if ((fill.alpha == 0 || fill.alpha == 255) &&
+        (!has_outline || (outline.color.alpha == 255 && outline.dashes.empty()))) {
+        direct = Qt_Coverage_Painter::For(painter);
+    }
+    const double half = has_outline ? outline.width / 2 : 0;
+    if (direct) {
+        // The fill up to the outline's inner edge, then the outline as a ring over it.
+        const QRgb inside_color = To_QColor(fill).rgb();
+        const QRgb edge_color = To_QColor(outline.color).rgb();
+        for (const Circle_F_Rec& c : circles) {
+            if (!(c.radius > 0) ||
+                Unseen(c.centre.x, c.centre.y, c.centre.x, c.centre.y, c.radius + half + 2)) {
+                continue;
+            }
+            const QPointF centre(c.centre.x, c.centre.y);
+            if (fill.alpha > 0 && c.radius > half) {
+                direct->Disc(centre, c.radius - half, inside_color);
+            }
+            if (has_outline) {
+                direct->Ring(centre, c.radius, half, edge_color);
+            }
+        }
+        return;
+    }
+    Begin_Figure(outline, fill);
+    for (const Circle_F_Rec& c : circles) {
+        if (c.radius > 0 &&
+            !Unseen(c.centre.x, c.centre.y, c.centre.x, c.centre.y, c.radius + half + 2)) {
+            painter.drawEllipse(QPointF(c.centre.x, c.centre.y), c.radius, c.radius);
+        }
+    }
+    Figure_Done();
+}
+
+Text_Extent_Rec Qt_Text_Metrics::Measure_Text(std::string_view text, double size_px,
+                                              bool bold) const {
+    // Layouts measure the same labels at every redraw: the measures are kept, up to a
+    // bound, by text, size and weight.
+    static std::unordered_map<std::string, Text_Extent_Rec> kept;
+    std::string key(text);
+    key += static_cast<char>(std::lround(size_px));
+    key += bold ? 'b' : 'r';
+    if (auto found = kept.find(key); found != kept.end()) {
+        return found->second;
+    }
+    const QFontMetricsF& metrics = Face_For(size_px, bold).metrics;
+    const Text_Extent_Rec extent{metrics.horizontalAdvance(To_QString(text)), metrics.ascent(),
+                                 metrics.descent()};
+    if (kept.size() > 20000) {
+        kept.clear();
+    }
+    kept.emplace(std::move(key), extent);
+    return extent;
+}
+
+Text_Extent_Rec Qt_Surface::Measure_Text(std::string_view text, double size_px, bool bold) const {
+    return Qt_Text_Metrics().Measure_Text(text, size_px, bold);
+}
+
+const Qt_Sprite_Cache::Text_Sprite* Qt_Sprite_Cache::Diagram_Text(std::string_view text,
+                                                                  const Text_Style_Rec& style,
+                                                                  double pixel_ratio) {
+    std::string key(1, 't');
+    Append_Bytes(key, style.color);
+    Append_Bytes(key, style.halo);
+    Append_Bytes(key, style.halo_px);
+    Append_Bytes(key, style.size_px);
+    Append_Bytes(key, style.bold);
+    Append_Bytes(key, pixel_ratio);
+    key.append(text);
+    if (auto found = text_sprites.find(key); found != text_sprites.end()) {
+        return &found->second;
+    }
+    const Diagram_Face& face = Face_For(style.size_px, style.bold);
+    const QString q = To_QString(text);
+    const double width = face.metrics.horizontalAdvance(q);
+    const double height = face.metrics.ascent() + face.metrics.descent();
+    const double halo = style.halo.alpha > 0 ? std::max(0.0, style.halo_px) : 0;
+    // Room for the halo, the glyphs' bearings and smoothing.
+    const double pad = halo + 3;
+    Text_Sprite sprite;
+    sprite.image = QImage(static_cast<int>(std::ceil((width + 2 * pad) * pixel_ratio)),
+                          static_cast<int>(std::ceil((height + 2 * pad) * pixel_ratio)),
+                          QImage::Format_ARGB32_Premultiplied);
+    sprite.image.setDevicePixelRatio(pixel_ratio);
+    sprite.image.fill(Qt::transparent);
+    sprite.middle = QPointF(pad + width / 2, pad + height / 2);
+    {
+        QPainter p(&sprite.image);
+        p.setRenderHint(QPainter::TextAntialiasing);
+        p.setFont(face.font);
+        QStaticText laid_out(q);
+        laid_out.setTextFormat(Qt::PlainText);
+        laid_out.prepare(QTransform::fromScale(pixel_ratio, pixel_ratio), face.font);
+        // drawStaticText places the text's top left corner.
+        const QPointF top_left(pad, pad);
+        if (halo > 0) {
+            p.setPen(To_QColor(style.halo));
+            const double d = halo * 0.7071;
+            const QPointF around[] = {{halo, 0}, {-halo, 0}, {0, halo}, {0, -halo},
+                                      {d, d},    {-d, d},    {d, -d},   {-d, -d}};
+            for (const QPointF& offset : around) {
+                p.drawStaticText(top_left + offset, laid_out);
+            }
+        }
+        p.setPen(To_QColor(style.color));
+        p.drawStaticText(top_left, laid_out);
+    }
+    const size_t sprite_bytes = static_cast<size_t>(sprite.image.sizeInBytes()) + key.size() + 64;
+    if (bytes + sprite_bytes > Max_Bytes) {
+        sprites.clear();
+        text_sprites.clear();
+        bytes = 0;
+    }
+    bytes += sprite_bytes;
+    return &text_sprites.emplace(std::move(key), std::move(sprite)).first->second;
+}
+
+void Qt_Surface::Draw_Text(Point_F_Rec centre, double angle_deg, std::string_view text,
+                           const Text_Style_Rec& style) {
+    if (text.empty() || style.color.alpha == 0) {
+        return;
+    }
+    const Diagram_Face& face = Face_For(style.size_px, style.bold);
+    // A label wholly off the chart costs nothing; its box is within its advance and line
+    // of its middle whichever way it is turned.
+    const double reach = face.metrics.maxWidth() * static_cast<double>(text.size()) + 8;
+    if (Unseen(centre.x, centre.y, centre.x, centre.y, reach)) {
+        return;
+    }
+    const QTransform before = painter.transform();
+    // On a raster device drawn at whole device pixels (possibly several to a unit), a kept
+    // image of the label is placed: upright ones on whole pixels, turned ones smoothed.
+    const QPaintDevice* device = painter.device();
+    const double ratio = device != nullptr ? device->devicePixelRatio() : 1;
+    if (sprites != nullptr && Skips_Unseen() && before.type() <= QTransform::TxTranslate) {
+        const Qt_Sprite_Cache::Text_Sprite* sprite = sprites->Diagram_Text(text, style, ratio);
+        const QPointF corner = QPointF(centre.x, centre.y) - sprite->middle;
+        if (std::fmod(angle_deg, 360.0) == 0) {
+            const QPointF device_corner = (corner + QPointF(before.dx(), before.dy())) * ratio;
+            painter.drawImage(QPointF(std::round(device_corner.x()) / ratio - before.dx(),
+                                      std::round(device_corner.y()) / ratio - before.dy()),
+                              sprite->image);
+            return;
+        }
+        QTransform placed = before;
+        placed.translate(centre.x, centre.y);
+        placed.rotate(angle_deg);
+        placed.translate(-sprite->middle.x(), -sprite->middle.y());
+        painter.setTransform(placed);
+        const bool smooth = painter.testRenderHint(QPainter::SmoothPixmapTransform);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
+        painter.drawImage(QPointF(0, 0), sprite->image);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
+        painter.setTransform(before);
+        return;
+    }
+    const QString q = To_QString(text);
+    const double width = face.metrics.horizontalAdvance(q);
+    // The box's middle on the centre: the baseline half the box's height below its top.
+    const QPointF baseline(-width / 2, (face.metrics.ascent() - face.metrics.descent()) / 2);
+    QTransform placed = before;
+    placed.translate(centre.x, centre.y);
+    placed.rotate(angle_deg);
+    painter.setTransform(placed);
+    figure_smoothing_added = !painter.testRenderHint(QPainter::TextAntialiasing);
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::TextAntialiasing, true);
+    }
+    painter.setFont(face.font);
+    if (style.halo_px > 0 && style.halo.alpha > 0) {
+        if (Skips_Unseen()) {
+            // The halo: the text drawn around its place in the halo colour.
+            painter.setPen(To_QColor(style.halo));
+            const double h = style.halo_px;
+            const double d = h * 0.7071;
+            const QPointF around[] = {{h, 0}, {-h, 0}, {0, h},  {0, -h},
+                                      {d, d}, {-d, d}, {d, -d}, {-d, -d}};
+            for (const QPointF& offset : around) {
+                painter.drawText(baseline + offset, q);
+            }
+        } else {
+            // In a vector file, one outline of the letters' shapes.
+            QPainterPath outline;
+            outline.addText(baseline, face.font, q);
+            const bool smooth = painter.testRenderHint(QPainter::Antialiasing);
+            painter.setRenderHint(QPainter::Antialiasing, true);
+            const QPen halo_pen(To_QColor(style.halo), 2 * style.halo_px, Qt::SolidLine,
+                                Qt::RoundCap, Qt::RoundJoin);
+            painter.strokePath(outline, halo_pen);
+            painter.setRenderHint(QPainter::Antialiasing, smooth);
+        }
+    }
+    painter.setPen(To_QColor(style.color));
+    painter.drawText(baseline, q);
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::TextAntialiasing, false);
+    }
+    painter.setTransform(before);
+    // The classic labels set the chart font once per surface; a figure's face replaces it.
+    label_ascent = -1;
+    painter_has_pen = false;
 }

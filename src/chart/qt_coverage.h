@@ -1,0 +1,40 @@
+// Smoothed lines and circles painted straight into the pixels of an image, for the many
+// small figures of an airport diagram (taxiway lines, parking spots): each pixel takes the
+// figure's colour in proportion to how much of it the figure covers, worked out from the
+// pixel centre's distance to the figure's edge. That is what QPainter's smoothing does
+// too, without the cost of stroking and rasterizing each figure as a path.
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <QPointF>
+#include <optional>
+
+class Qt_Coverage_Painter {
+  public:
+    // A painter for the image that painter draws on, in the painter's coordinates; none
+    // when the painter draws on something else, clips, composes other than source over,
+    // or maps its coordinates other than by a uniform scale and a move.
+    static std::optional<Qt_Coverage_Painter> For(QPainter& painter);
+
+    // Colours are opaque.
+    // A line from a to b half_width to either side, with round ends.
+    void Capsule(QPointF a, QPointF b, double half_width, QRgb color);
+    // A filled circle.
+    void Disc(QPointF centre, double radius, QRgb color);
+    // A ring half_width to either side of a circle of radius.
+    void Ring(QPointF centre, double radius, double half_width, QRgb color);
+
+  private:
+    Qt_Coverage_Painter(QImage& image, double scale, double dx, double dy);
+    QPointF Device(QPointF p) const { return {p.x() * scale_ + dx_, p.y() * scale_ + dy_}; }
+    void Blend(int x, int y, double coverage, QRgb color);
+
+    uchar* bits_;
+    qsizetype stride_;
+    int width_;
+    int height_;
+    double scale_;
+    double dx_;
+    double dy_;
+};
