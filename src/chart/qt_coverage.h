@@ -17,9 +17,18 @@ class Qt_Coverage_Painter {
     // or maps its coordinates other than by a uniform scale and a move.
     static std::optional<Qt_Coverage_Painter> For(QPainter& painter);
 
-    // Colours are opaque.
+    // Colours are opaque (the alpha of QRgb is not read); opacity, where given, from 0 to
+    // 1, is the figure's.
     // A line from a to b half_width to either side, with round ends.
     void Capsule(QPointF a, QPointF b, double half_width, QRgb color);
+    // A line through the points half_width to either side, its corners mitred (cut at
+    // twice the half width past a sharp corner), its ends square; closed, it goes back
+    // to the first point. Each pixel takes the colour once, so a translucent line stays
+    // even at its corners.
+    void Polyline(const QPointF* points, size_t count, bool closed, double half_width, QRgb color,
+                  double opacity);
+    // A filled convex polygon (either way round).
+    void Convex(const QPointF* points, size_t count, QRgb color, double opacity);
     // A filled circle.
     void Disc(QPointF centre, double radius, QRgb color);
     // A ring half_width to either side of a circle of radius.
@@ -27,8 +36,13 @@ class Qt_Coverage_Painter {
 
   private:
     Qt_Coverage_Painter(QImage& image, double scale, double dx, double dy);
+    // One stretch of a polyline, in device pixels: from a to b along the unit direction
+    // d, cut at a by the line through a across start_cut and at b by the line through b
+    // across end_cut (pixels on the far side of either are left to the next stretch).
+    void Stretch(QPointF a, QPointF b, QPointF d, QPointF start_cut, QPointF end_cut, double h,
+                 QRgb color, double opacity);
     QPointF Device(QPointF p) const { return {p.x() * scale_ + dx_, p.y() * scale_ + dy_}; }
-    void Blend(int x, int y, double coverage, QRgb color);
+    QRgb* Row(int y) const;
 
     uchar* bits_;
     qsizetype stride_;

@@ -484,38 +484,145 @@ void Qt_Surface::Draw_Polygon(std::span<const Point_F_Rec> points, Rgba_Rec fill
     if (points.size() < 2) {
         return;
     }
-    // An upright rectangle with no outline (a background, a panel) is a plain fill.
-    if (points.size() == 4 && (outline.width <= 0 || outline.color.alpha == 0) &&
-        points[0].y == points[1].y && points[1].x == points[2].x && points[2].y == points[3].y &&
-        points[3].x == points[0].x) {
+    figure_points.clear();
+    for (const Point_F_Rec& p : points) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    std::optional<Qt_Coverage_Painter> direct = Qt_Coverage_Painter::For(painter);
+    // An upright rectangle (a background, a panel, a scale bar's step) is a plain fill.
+    if (points.size() == 4 && points[0].y == points[1].y && points[1].x == points[2].x &&
+        points[2].y == points[3].y && points[3].x == points[0].x) {
         if (fill.alpha > 0) {
             painter.fillRect(
                 QRectF(QPointF(points[0].x, points[0].y), QPointF(points[2].x, points[2].y))
                     .normalized(),
                 To_QColor(fill));
         }
+        if (outline.width > 0 && outline.color.alpha > 0) {
+            Stroke_Figure(true, outline, direct);
+        }
         return;
     }
-    figure_points.clear();
-    for (const Point_F_Rec& p : points) {
-        figure_points.emplace_back(p.x, p.y);
+    // Large smoothed figures are slow for QPainter's rasterizer; convex ones (runways,
+    // feathers) and every outline go straight into an image's pixels where they can.
+    if (fill.alpha > 0) {
+        if (direct && Is_Convex(figure_points)) {
+            direct->Convex(figure_points.data(), figure_points.size(), To_QColor(fill).rgb(),
+                           fill.alpha / 255.0);
+        } else {
+            Begin_Figure({}, fill);
+            painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
+            Figure_Done();
+        }
     }
-    Begin_Figure(outline, fill);
-    painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
-    Figure_Done();
+    if (outline.width > 0 && outline.color.alpha > 0) {
+        Stroke_Figure(true, outline, direct);
+    }
 }
 
 void Qt_Surface::Draw_Polyline(std::span<const Point_F_Rec> points, const Stroke_Rec& stroke) {
-    if (points.size() < 2 || stroke.width <= 0) {
+    if (points.size() < 2 || stroke.width <= 0 || stroke.color.alpha == 0) {
         return;
     }
     figure_points.clear();
     for (const Point_F_Rec& p : points) {
         figure_points.emplace_back(p.x, p.y);
     }
-    Begin_Figure(stroke, {});
-    painter.drawPolyline(figure_points.data(), static_cast<int>(figure_points.size()));
-    Figure_Done();
+    Stroke_Figure(false, stroke, Qt_Coverage_Painter::For(painter));
+}
+
+bool Qt_Surface::Is_Convex(const std::vector<QPointF>& points) {
+    const size_t n = points.size();
+    int sign = 0;
+    for (size_t i = 0; i < n; ++i) {
+        const QPointF a = points[(i + 1) % n] - points[i];
+        const QPointF b = points[(i + 2) % n] - points[(i + 1) % n];
+        const double cross = a.x() * b.y() - a.y() * b.x();
+        if (std::abs(cross) < 1e-9) {
+            continue;
+        }
+        const int s = cross > 0 ? 1 : -1;
+        if (sign != 0 && s != sign) {
+            return false;
+        }
+        sign = s;
+    }
+    return sign != 0;
+}
+
+void Qt_Surface::Stroke_Figure(bool closed, const Stroke_Rec& stroke,
+                               std::optional<Qt_Coverage_Painter> direct) {
+    if (!direct) {
+        Begin_Figure(stroke, {});
+        if (closed) {
+            painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
+        } else {
+            painter.drawPolyline(figure_points.data(), static_cast<int>(figure_points.size()));
+        }
+        Figure_Done();
+        return;
+    }
+    const QRgb color = To_QColor(stroke.color).rgb();
+    const double opacity = stroke.color.alpha / 255.0;
+    const double half = stroke.width / 2;
+    if (stroke.round && stroke.color.alpha == 255 && stroke.dashes.empty()) {
+        // Round corners and ends: a round-ended line for each stretch.
+        const size_t n = figure_points.size();
+        for (size_t i = 0; i + 1 < n + (closed ? 1 : 0); ++i) {
+            direct->Capsule(figure_points[i], figure_points[(i + 1) % n], half, color);
+        }
+        return;
+    }
+    if (stroke.dashes.empty()) {
+        direct->Polyline(figure_points.data(), figure_points.size(), closed, half, color, opacity);
+        return;
+    }
+    // Dashes: the pieces of the line where the pattern is on, each drawn as a line.
+    std::vector<QPointF> line = figure_points;
+    if (closed) {
+        line.push_back(line.front());
+    }
+    double total = 0;
+    for (double d : stroke.dashes) {
+        total += std::max(0.0, d);
+    }
+    if (!(total > 0.5)) {
+        direct->Polyline(figure_points.data(), figure_points.size(), closed, half, color, opacity);
+        return;
+    }
+    size_t k = 0;
+    double left = std::max(0.0, stroke.dashes[0]);
+    std::vector<QPointF> piece{line.front()};
+    for (size_t i = 0; i + 1 < line.size(); ++i) {
+        QPointF from = line[i];
+        const QPointF to = line[i + 1];
+        double length = std::hypot(to.x() - from.x(), to.y() - from.y());
+        while (length > 0) {
+            const double step = std::min(length, left);
+            const QPointF at = from + (to - from) * (step / length);
+            const bool on = k % 2 == 0;
+            if (on) {
+                piece.push_back(at);
+            }
+            length -= step;
+            left -= step;
+            from = at;
+            if (left <= 1e-9) {
+                if (on && piece.size() >= 2) {
+                    direct->Polyline(piece.data(), piece.size(), false, half, color, opacity);
+                }
+                k = (k + 1) % stroke.dashes.size();
+                left = std::max(0.0, stroke.dashes[k]);
+                piece.assign(1, from);
+            }
+        }
+        if (k % 2 == 0) {
+            piece.push_back(to);
+        }
+    }
+    if (k % 2 == 0 && piece.size() >= 2) {
+        direct->Polyline(piece.data(), piece.size(), false, half, color, opacity);
+    }
 }
 
 void Qt_Surface::Draw_Segments(std::span<const Point_F_Rec> ends, const Stroke_Rec& stroke) {

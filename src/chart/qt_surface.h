@@ -12,9 +12,11 @@
 #include <QPointF>
 #include <QRectF>
 #include <array>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
+#include "chart/qt_coverage.h"
 #include "chart/surface.h"
 
 // The font of every label on the chart: DejaVu Sans at 11 pixels (about 8 points on a
@@ -137,6 +139,11 @@ class Qt_Surface final : public Surface {
     // set; Figure_Done puts the hints back and makes the classic pen be set again.
     void Begin_Figure(const Stroke_Rec& stroke, Rgba_Rec fill);
     void Figure_Done();
+    static bool Is_Convex(const std::vector<QPointF>& points);
+    // The line through figure_points (back to the first point if closed) in the stroke,
+    // straight into the image's pixels when direct is given, else by QPainter.
+    void Stroke_Figure(bool closed, const Stroke_Rec& stroke,
+                       std::optional<Qt_Coverage_Painter> direct);
     // True when nothing about the upright box, grown by reach, can show and the device
     // skips what is unseen.
     bool Unseen(double min_x, double min_y, double max_x, double max_y, double reach);
