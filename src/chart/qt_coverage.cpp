@@ -53,47 +53,60 @@ QRgb* Qt_Coverage_Painter::Row(int y) const {
     return reinterpret_cast<QRgb*>(bits_ + y * stride_);
 }
 
+namespace {
+
+// Calls row(y, first_x, last_x) for each row of pixels of a width by height image near
+// the line from a to b (d its unit direction, or zero for a point): the pixels within
+// reach across the line, no further than grow beyond its ends.
+template <class Row_Fn>
+void Band_Rows(QPointF a, QPointF b, QPointF d, double reach, double grow, int width, int height,
+               Row_Fn row) {
+    const int y0 = std::max(0, static_cast<int>(std::floor(std::min(a.y(), b.y()) - grow)));
+    const int y1 = std::min(height - 1, static_cast<int>(std::ceil(std::max(a.y(), b.y()) + grow)));
+    const double min_x = std::min(a.x(), b.x()) - grow;
+    const double max_x = std::max(a.x(), b.x()) + grow;
+    if (y0 > y1 || max_x < 0 || min_x > width) {
+        return;
+    }
+    for (int y = y0; y <= y1; ++y) {
+        const double py = y + 0.5;
+        double x_from = min_x;
+        double x_to = max_x;
+        if (std::abs(d.y()) > 1e-9) {
+            // Distance across the line, |(p - a) x d|, within reach: an interval of x.
+            const double c = d.x() * (py - a.y());
+            const double u = (c - reach) / d.y();
+            const double v = (c + reach) / d.y();
+            x_from = std::max(x_from, a.x() + std::min(u, v));
+            x_to = std::min(x_to, a.x() + std::max(u, v));
+        } else if (std::abs(d.x()) > 1e-9 && std::abs(py - a.y()) > reach) {
+            continue; // a line along the rows, and this row beyond its reach
+        }
+        row(y, std::max(0, static_cast<int>(std::floor(x_from))),
+            std::min(width - 1, static_cast<int>(std::ceil(x_to))));
+    }
+}
+
+} // namespace
+
 void Qt_Coverage_Painter::Capsule(QPointF from, QPointF to, double half_width, QRgb color) {
     const QPointF a = Device(from);
     const QPointF b = Device(to);
     const double h = half_width * scale_;
     // A pixel is covered in full within h - 0.5 of the line, and not at all beyond h + 0.5.
     const double reach = h + 0.5;
-    const int y0 = std::max(0, static_cast<int>(std::floor(std::min(a.y(), b.y()) - reach)));
-    const int y1 =
-        std::min(height_ - 1, static_cast<int>(std::ceil(std::max(a.y(), b.y()) + reach)));
-    const double min_x = std::min(a.x(), b.x()) - reach;
-    const double max_x = std::max(a.x(), b.x()) + reach;
-    if (y0 > y1 || max_x < 0 || min_x > width_) {
-        return;
-    }
     const double ex = b.x() - a.x();
     const double ey = b.y() - a.y();
     const double length2 = ex * ex + ey * ey;
     const double length = std::sqrt(length2);
+    const QPointF d = length > 1e-9 ? QPointF(ex, ey) / length : QPointF(0, 0);
+    const double inverse2 = length2 > 0 ? 1 / length2 : 0;
+    const double reach2 = reach * reach;
     // A line thinner than a pixel covers at most its width of a pixel.
     const double full = std::min(1.0, 2 * h);
-    for (int y = y0; y <= y1; ++y) {
-        const double py = y + 0.5;
-        // On this row the line's band lies where the distance across the line is within
-        // reach: an interval of x, unless the line runs along the row.
-        double x_from = min_x;
-        double x_to = max_x;
-        if (length > 1e-9 && std::abs(ey) > 1e-9) {
-            // Distance across: |(p - a) x e| / |e| <= reach, linear in x.
-            const double k = ey / length;
-            const double c = (ex * (py - a.y())) / length;
-            const double u = (c - reach) / k;
-            const double v = (c + reach) / k;
-            x_from = std::max(x_from, a.x() + std::min(u, v));
-            x_to = std::min(x_to, a.x() + std::max(u, v));
-        }
-        const int xs = std::max(0, static_cast<int>(std::floor(x_from)));
-        const int xe = std::min(width_ - 1, static_cast<int>(std::ceil(x_to)));
+    Band_Rows(a, b, d, reach, reach, width_, height_, [&](int y, int xs, int xe) {
         QRgb* row = Row(y);
-        const double qy = py - a.y();
-        const double reach2 = reach * reach;
-        const double inverse2 = length2 > 0 ? 1 / length2 : 0;
+        const double qy = y + 0.5 - a.y();
         for (int x = xs; x <= xe; ++x) {
             const double px = x + 0.5 - a.x();
             double t = (px * ex + qy * ey) * inverse2;
@@ -105,7 +118,7 @@ void Qt_Coverage_Painter::Capsule(QPointF from, QPointF to, double half_width, Q
                 Blend_Pixel(row[x], std::min(full, reach - std::sqrt(d2)), color);
             }
         }
-    }
+    });
 }
 
 void Qt_Coverage_Painter::Disc(QPointF centre, double radius, QRgb color) {
@@ -167,33 +180,11 @@ void Qt_Coverage_Painter::Stretch(QPointF a, QPointF b, QPointF d, QPointF start
     const double limit = 2 * h;
     const double reach = h + 0.5;
     const double grow = limit + reach + 1;
-    const int y0 = std::max(0, static_cast<int>(std::floor(std::min(a.y(), b.y()) - grow)));
-    const int y1 =
-        std::min(height_ - 1, static_cast<int>(std::ceil(std::max(a.y(), b.y()) + grow)));
-    const double min_x = std::min(a.x(), b.x()) - grow;
-    const double max_x = std::max(a.x(), b.x()) + grow;
-    if (y0 > y1 || max_x < 0 || min_x > width_) {
-        return;
-    }
     const double full = std::min(1.0, 2 * h) * opacity;
     const double length = Dot(b - a, d);
-    for (int y = y0; y <= y1; ++y) {
-        const double py = y + 0.5;
-        double x_from = min_x;
-        double x_to = max_x;
-        if (std::abs(d.y()) > 1e-9) {
-            // Distance across the line within reach: an interval of x on this row.
-            const double c = d.x() * (py - a.y());
-            const double u = (c - reach) / d.y();
-            const double v = (c + reach) / d.y();
-            x_from = std::max(x_from, a.x() + std::min(u, v));
-            x_to = std::min(x_to, a.x() + std::max(u, v));
-        } else if (std::abs(py - a.y()) > reach) {
-            continue;
-        }
-        const int xs = std::max(0, static_cast<int>(std::floor(x_from)));
-        const int xe = std::min(width_ - 1, static_cast<int>(std::ceil(x_to)));
+    Band_Rows(a, b, d, reach, grow, width_, height_, [&](int y, int xs, int xe) {
         QRgb* row = Row(y);
+        const double py = y + 0.5;
         for (int x = xs; x <= xe; ++x) {
             const QPointF p(x + 0.5 - a.x(), py - a.y());
             const double along = Dot(p, d);
@@ -207,7 +198,7 @@ void Qt_Coverage_Painter::Stretch(QPointF a, QPointF b, QPointF d, QPointF start
                 std::min(coverage, std::clamp(limit + 0.5 + length - along, 0.0, 1.0) * opacity);
             Blend_Pixel(row[x], coverage, color);
         }
-    }
+    });
 }
 
 void Qt_Coverage_Painter::Polyline(const QPointF* points, size_t count, bool closed,
