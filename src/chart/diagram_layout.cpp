@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <numeric>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 
@@ -248,20 +250,34 @@ struct Stretch {
 // through points where the run neither forks nor bends by more than a few degrees.
 std::vector<Stretch> Straight_Stretches(const std::vector<Segment_Px>& segments,
                                         const std::vector<size_t>& run) {
-    std::unordered_map<int32_t, std::vector<size_t>> at_point;
-    for (size_t k : run) {
-        at_point[segments[k].start].push_back(k);
-        at_point[segments[k].end].push_back(k);
+    // Each end of each segment (by its place in the run), sorted by point.
+    std::vector<std::pair<int32_t, size_t>> ends_at;
+    ends_at.reserve(2 * run.size());
+    for (size_t r = 0; r < run.size(); ++r) {
+        ends_at.emplace_back(segments[run[r]].start, r);
+        ends_at.emplace_back(segments[run[r]].end, r);
     }
-    std::unordered_map<size_t, bool> used;
+    std::sort(ends_at.begin(), ends_at.end());
+    // The other segment at a point where exactly two of the run meet; none elsewhere.
+    auto other_at = [&](int32_t point, size_t from) -> std::optional<size_t> {
+        const auto first =
+            std::lower_bound(ends_at.begin(), ends_at.end(), std::pair<int32_t, size_t>{point, 0});
+        if (first == ends_at.end() || first->first != point || first + 1 == ends_at.end() ||
+            (first + 1)->first != point ||
+            (first + 2 != ends_at.end() && (first + 2)->first == point)) {
+            return std::nullopt;
+        }
+        return first->second == from ? (first + 1)->second : first->second;
+    };
+    std::vector<bool> used(run.size(), false);
     std::vector<Stretch> stretches;
     constexpr double Max_Bend = 0.985; // cosine of about 10 degrees
-    for (size_t first : run) {
-        if (used[first]) {
+    for (size_t r0 = 0; r0 < run.size(); ++r0) {
+        if (used[r0]) {
             continue;
         }
-        used[first] = true;
-        const Segment_Px& f = segments[first];
+        used[r0] = true;
+        const Segment_Px& f = segments[run[r0]];
         const double len = Length(Sub(f.b, f.a));
         if (len < 1e-9) {
             continue;
@@ -269,35 +285,28 @@ std::vector<Stretch> Straight_Stretches(const std::vector<Segment_Px>& segments,
         const Point_F_Rec dir = Mul(Sub(f.b, f.a), 1 / len);
         Point_F_Rec ends[2] = {f.a, f.b};
         int32_t points[2] = {f.start, f.end};
+        size_t last[2] = {r0, r0};
         // Extend backward from a (side 0) and forward from b (side 1).
         for (int side = 0; side < 2; ++side) {
-            for (int steps = 0; steps < 10000; ++steps) {
-                const auto found = at_point.find(points[side]);
-                if (found == at_point.end() || found->second.size() != 2) {
+            for (size_t steps = 0; steps < run.size(); ++steps) {
+                const std::optional<size_t> next = other_at(points[side], last[side]);
+                if (!next || used[*next]) {
                     break;
                 }
-                const size_t next = found->second[0] == first || used[found->second[0]]
-                                        ? found->second[1]
-                                        : found->second[0];
-                if (used[next]) {
-                    break;
-                }
-                const Segment_Px& n = segments[next];
+                const Segment_Px& n = segments[run[*next]];
                 const bool forward = n.start == points[side];
                 const Point_F_Rec far = forward ? n.b : n.a;
                 const Point_F_Rec step = Sub(far, ends[side]);
                 const double step_len = Length(step);
-                if (step_len < 1e-9) {
-                    used[next] = true;
-                    points[side] = forward ? n.end : n.start;
-                    continue;
-                }
-                const double cos_bend = std::abs(step.x * dir.x + step.y * dir.y) / step_len;
-                if (cos_bend < Max_Bend) {
+                if (step_len >= 1e-9 &&
+                    std::abs(step.x * dir.x + step.y * dir.y) / step_len < Max_Bend) {
                     break;
                 }
-                used[next] = true;
-                ends[side] = far;
+                used[*next] = true;
+                last[side] = *next;
+                if (step_len >= 1e-9) {
+                    ends[side] = far;
+                }
                 points[side] = forward ? n.end : n.start;
             }
         }
@@ -354,29 +363,43 @@ void Place_Taxiway_Names(Layout_State& s, const std::vector<Segment_Px>& named,
         }
         return k;
     };
-    std::unordered_map<std::string_view, std::unordered_map<int32_t, size_t>> first_at;
+    // Segments of the same name that share a point join one run: names become numbers,
+    // and each end is looked up by its name's number and its point.
+    std::unordered_map<std::string_view, uint64_t> name_ids;
+    std::unordered_map<uint64_t, size_t> first_at;
+    name_ids.reserve(64);
+    first_at.reserve(2 * named.size());
     for (size_t k = 0; k < named.size(); ++k) {
-        auto& points = first_at[names[k]];
-        for (int32_t p : {named[k].start, named[k].end}) {
-            auto [it, fresh] = points.emplace(p, k);
+        const uint64_t id = name_ids.emplace(names[k], name_ids.size()).first->second;
+        for (int32_t point : {named[k].start, named[k].end}) {
+            const auto [at, fresh] = first_at.emplace(id << 32 | static_cast<uint32_t>(point), k);
             if (!fresh) {
-                parent[root(k)] = root(it->second);
+                parent[root(k)] = root(at->second);
             }
         }
     }
-    std::unordered_map<size_t, std::vector<size_t>> runs;
-    std::vector<size_t> order; // runs in the order of their first segment
+    // The runs in the order of their first segment.
+    std::vector<std::vector<size_t>> runs;
+    std::vector<size_t> run_of(named.size(), SIZE_MAX);
     for (size_t k = 0; k < named.size(); ++k) {
-        auto& run = runs[root(k)];
-        if (run.empty()) {
-            order.push_back(root(k));
+        size_t& slot = run_of[root(k)];
+        if (slot == SIZE_MAX) {
+            slot = runs.size();
+            runs.emplace_back();
         }
-        run.push_back(k);
+        runs[slot].push_back(k);
     }
-    for (size_t key : order) {
-        const std::vector<size_t>& run = runs[key];
+    for (const std::vector<size_t>& run : runs) {
+        // A run shorter than its name has no room for it anywhere.
+        double run_px = 0;
+        for (size_t k : run) {
+            run_px += Length(Sub(named[k].b, named[k].a));
+        }
         const std::string name(names[run.front()]);
         const Text_Block_Rec block = Measure_Block(s.metrics, {{name, Label_Role::Taxiway_Name}});
+        if (run_px < block.width + 2 * Gap_Px) {
+            continue;
+        }
         int tries = 0;
         for (const Stretch& stretch : Straight_Stretches(named, run)) {
             if (stretch.length < block.width + 2 * Gap_Px || ++tries > 8) {
@@ -880,11 +903,12 @@ void Layout_Aircraft(Layout_State& s) {
     if (!aircraft.shown) {
         return;
     }
-    // An aeroplane seen from above, nose up, 28 pixels from nose to tail.
-    static const Point_F_Rec shape[] = {{0, -14}, {1.8, -11}, {2, -4},    {13, 2},   {13, 4.5},
-                                        {2, 1.5}, {1.4, 9},   {6, 12.5},  {6, 14},   {0, 12.5},
-                                        {-6, 14}, {-6, 12.5}, {-1.4, 9},  {-2, 1.5}, {-13, 4.5},
-                                        {-13, 2}, {-2, -4},   {-1.8, -11}};
+    // An aeroplane seen from above, nose up, 34 pixels from nose to tail and as wide across
+    // its wings.
+    static const Point_F_Rec shape[] = {{0, -17}, {2.2, -14}, {2.5, -5},  {17, 2},   {17, 5.5},
+                                        {2.5, 2}, {1.8, 11},  {7, 15},    {7, 17},   {0, 15.5},
+                                        {-7, 17}, {-7, 15},   {-1.8, 11}, {-2.5, 2}, {-17, 5.5},
+                                        {-17, 2}, {-2.5, -5}, {-2.2, -14}};
     const Point_F_Rec c = s.Pixel(aircraft.lat, aircraft.lon);
     // A heading past 180 comes negative; the sine and cosine take it as it is.
     const double a = aircraft.heading * degrees_to_radians;
@@ -893,7 +917,7 @@ void Layout_Aircraft(Layout_State& s) {
     for (const Point_F_Rec& p : shape) {
         s.layout.aircraft.push_back({c.x + p.x * cs - p.y * sn, c.y + p.x * sn + p.y * cs});
     }
-    s.placer.Add_Obstacle({c, 15, 15, 0}, Aircraft_Owner);
+    s.placer.Add_Obstacle({c, 18, 18, 0}, Aircraft_Owner);
 }
 
 } // namespace

@@ -196,7 +196,13 @@ void Paint_Diagram(const Diagram_Layout_Rec& layout, Surface& surface) {
     }
 
     // The frame, over everything: a border, the ticks, the panels and their contents.
-    surface.Draw_Polygon(whole, No_Fill, Line(p.panel_edge, 2));
+    for (const std::array<Point_F_Rec, 4>& edge :
+         {std::array<Point_F_Rec, 4>{Point_F_Rec{0, 0}, {w, 0}, {w, 2}, {0, 2}},
+          std::array<Point_F_Rec, 4>{Point_F_Rec{0, h - 2}, {w, h - 2}, {w, h}, {0, h}},
+          std::array<Point_F_Rec, 4>{Point_F_Rec{0, 0}, {2, 0}, {2, h}, {0, h}},
+          std::array<Point_F_Rec, 4>{Point_F_Rec{w - 2, 0}, {w, 0}, {w, h}, {w - 2, h}}}) {
+        surface.Draw_Polygon(edge, p.panel_edge, No_Line); // the border, 2 pixels wide
+    }
     surface.Draw_Segments(layout.ticks, Line(p.muted_text, 1));
     for (const Diagram_Panel_Rec& panel : layout.panels) {
         const std::array<Point_F_Rec, 4> box = {

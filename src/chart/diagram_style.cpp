@@ -27,7 +27,7 @@ const Diagram_Palette_Rec& Diagram_Day_Palette() {
         .panel = {255, 255, 255, 235},
         .panel_edge = {90, 90, 96, 255},
         .aircraft = {0, 170, 0, 255},
-        .aircraft_edge = {255, 255, 255, 255},
+        .aircraft_edge = {0, 70, 0, 255},
     };
     return palette;
 }

@@ -32,7 +32,7 @@ namespace {
 
 // Source over with an opaque colour: each channel (alpha too) moves toward the colour's
 // by the coverage.
-inline void Blend_Pixel(QRgb& pixel, double coverage, QRgb color) {
+inline void Blend_Pixel(QRgb& pixel, float coverage, QRgb color) {
     if (coverage <= 0) {
         return;
     }
@@ -40,7 +40,7 @@ inline void Blend_Pixel(QRgb& pixel, double coverage, QRgb color) {
         pixel = color;
         return;
     }
-    const uint a = static_cast<uint>(coverage * 256);
+    const auto a = static_cast<uint>(coverage * 256);
     const uint d = pixel;
     const uint rb = ((color & 0xFF00FFu) * a + (d & 0xFF00FFu) * (256 - a)) >> 8;
     const uint ag = (((color >> 8) & 0xFF00FFu) * a + ((d >> 8) & 0xFF00FFu) * (256 - a)) >> 8;
@@ -104,19 +104,37 @@ void Qt_Coverage_Painter::Capsule(QPointF from, QPointF to, double half_width, Q
     const double reach2 = reach * reach;
     // A line thinner than a pixel covers at most its width of a pixel.
     const double full = std::min(1.0, 2 * h);
+    // The pixels' own work in single precision: thousands of lines a redraw, and a
+    // coverage needs no more than a 256th. Beside the line the distance is the one across
+    // it, which needs no square root; only the round ends do.
+    const auto fx = static_cast<float>(ex);
+    const auto fy = static_cast<float>(ey);
+    const auto f_inverse2 = static_cast<float>(inverse2);
+    const auto f_reach = static_cast<float>(reach);
+    const auto f_reach2 = static_cast<float>(reach2);
+    const auto f_full = static_cast<float>(full);
+    const auto across_x = static_cast<float>(length > 0 ? ey / length : 0);
+    const auto across_y = static_cast<float>(length > 0 ? -ex / length : 0);
     Band_Rows(a, b, d, reach, reach, width_, height_, [&](int y, int xs, int xe) {
         QRgb* row = Row(y);
-        const double qy = y + 0.5 - a.y();
+        const auto qy = static_cast<float>(y + 0.5 - a.y());
+        const auto px0 = static_cast<float>(xs + 0.5 - a.x());
         for (int x = xs; x <= xe; ++x) {
-            const double px = x + 0.5 - a.x();
-            double t = (px * ex + qy * ey) * inverse2;
-            t = t < 0 ? 0 : t > 1 ? 1 : t;
-            const double dx = px - t * ex;
-            const double dy = qy - t * ey;
-            const double d2 = dx * dx + dy * dy;
-            if (d2 < reach2) {
-                Blend_Pixel(row[x], std::min(full, reach - std::sqrt(d2)), color);
+            const float px = px0 + static_cast<float>(x - xs);
+            const float t = (px * fx + qy * fy) * f_inverse2;
+            float distance;
+            if (t >= 0 && t <= 1) {
+                distance = std::abs(px * across_x + qy * across_y);
+            } else {
+                const float dx = t < 0 ? px : px - fx;
+                const float dy = t < 0 ? qy : qy - fy;
+                const float d2 = dx * dx + dy * dy;
+                if (d2 >= f_reach2) {
+                    continue;
+                }
+                distance = std::sqrt(d2);
             }
+            Blend_Pixel(row[x], std::min(f_full, f_reach - distance), color);
         }
     });
 }

@@ -96,16 +96,24 @@ bool Places_Whole_Pixels(const QPainter& painter) {
 struct Diagram_Face {
     QFont font;
     QFontMetricsF metrics;
+    double ascent;
+    double descent;
+    // Layouts measure the same labels at every redraw: the advances are kept, up to a
+    // bound.
+    std::unordered_map<std::string, double, Qt_Sprite_Cache::Text_Hash, std::equal_to<>> advances;
 };
 
-const Diagram_Face& Face_For(double size_px, bool bold) {
+Diagram_Face& Face_For(double size_px, bool bold) {
     static std::unordered_map<int, std::unique_ptr<Diagram_Face>> faces;
     const int pixels = std::max(1, static_cast<int>(std::lround(size_px)));
     const int key = pixels * 2 + (bold ? 1 : 0);
     auto found = faces.find(key);
     if (found == faces.end()) {
         QFont font = Diagram_Font(pixels, bold);
-        auto face = std::make_unique<Diagram_Face>(Diagram_Face{font, QFontMetricsF(font)});
+        auto face =
+            std::make_unique<Diagram_Face>(Diagram_Face{font, QFontMetricsF(font), 0, 0, {}});
+        face->ascent = face->metrics.ascent();
+        face->descent = face->metrics.descent();
         found = faces.emplace(key, std::move(face)).first;
     }
     return *found->second;
@@ -146,6 +154,16 @@ template <class T> void Append_Bytes(std::string& key, const T& value) {
 
 } // namespace
 
+void Qt_Sprite_Cache::Make_Room(size_t sprite_bytes) {
+    if (bytes + sprite_bytes > Max_Bytes) {
+        sprites.clear();
+        text_sprites.clear();
+        text_sprite_count = 0;
+        bytes = 0;
+    }
+    bytes += sprite_bytes;
+}
+
 const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Keep(std::string&& key, Sprite&& sprite) {
     // The key and the table's own entry count too, so that a stream of labels that
     // paint nothing is bounded like any other.
@@ -155,12 +173,7 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Keep(std::string&& key, Sprite&&
     if (sprite_bytes > Max_Bytes / 16) {
         return nullptr;
     }
-    if (bytes + sprite_bytes > Max_Bytes) {
-        sprites.clear();
-        text_sprites.clear();
-        bytes = 0;
-    }
-    bytes += sprite_bytes;
+    Make_Room(sprite_bytes);
     return &sprites.emplace(std::move(key), std::move(sprite)).first->second;
 }
 
@@ -697,42 +710,77 @@ void Qt_Surface::Draw_Circles(std::span<const Circle_F_Rec> circles, Rgba_Rec fi
 
 Text_Extent_Rec Qt_Text_Metrics::Measure_Text(std::string_view text, double size_px,
                                               bool bold) const {
-    // Layouts measure the same labels at every redraw: the measures are kept, up to a
-    // bound, by text, size and weight.
-    static std::unordered_map<std::string, Text_Extent_Rec> kept;
-    std::string key(text);
-    key += static_cast<char>(std::lround(size_px));
-    key += bold ? 'b' : 'r';
-    if (auto found = kept.find(key); found != kept.end()) {
-        return found->second;
+    Diagram_Face& face = Face_For(size_px, bold);
+    const Text_Extent_Rec extent{0, face.ascent, face.descent};
+    if (auto found = face.advances.find(text); found != face.advances.end()) {
+        return {found->second, extent.ascent, extent.descent};
     }
-    const QFontMetricsF& metrics = Face_For(size_px, bold).metrics;
-    const Text_Extent_Rec extent{metrics.horizontalAdvance(To_QString(text)), metrics.ascent(),
-                                 metrics.descent()};
-    if (kept.size() > 20000) {
-        kept.clear();
+    const double advance = face.metrics.horizontalAdvance(To_QString(text));
+    if (face.advances.size() > 20000) {
+        face.advances.clear();
     }
-    kept.emplace(std::move(key), extent);
-    return extent;
+    face.advances.emplace(std::string(text), advance);
+    return {advance, extent.ascent, extent.descent};
 }
 
 Text_Extent_Rec Qt_Surface::Measure_Text(std::string_view text, double size_px, bool bold) const {
     return Qt_Text_Metrics().Measure_Text(text, size_px, bold);
 }
 
+size_t Qt_Sprite_Cache::Text_Look_Hash::operator()(const Text_Look& look) const {
+    std::string bytes;
+    Append_Bytes(bytes, look.style.color);
+    Append_Bytes(bytes, look.style.halo);
+    Append_Bytes(bytes, look.style.halo_px);
+    Append_Bytes(bytes, look.style.size_px);
+    Append_Bytes(bytes, look.style.bold);
+    Append_Bytes(bytes, look.pixel_ratio);
+    Append_Bytes(bytes, look.angle_deg);
+    return std::hash<std::string>()(bytes);
+}
+
+const Qt_Sprite_Cache::Text_Sprite*
+Qt_Sprite_Cache::Keep_Text(const Text_Look& look, std::string_view text, Text_Sprite&& sprite) {
+    Make_Room(static_cast<size_t>(sprite.image.sizeInBytes()) + text.size() + 64);
+    ++text_sprite_count;
+    return &text_sprites[look].emplace(std::string(text), std::move(sprite)).first->second;
+}
+
 const Qt_Sprite_Cache::Text_Sprite* Qt_Sprite_Cache::Diagram_Text(std::string_view text,
                                                                   const Text_Style_Rec& style,
-                                                                  double pixel_ratio) {
-    std::string key(1, 't');
-    Append_Bytes(key, style.color);
-    Append_Bytes(key, style.halo);
-    Append_Bytes(key, style.halo_px);
-    Append_Bytes(key, style.size_px);
-    Append_Bytes(key, style.bold);
-    Append_Bytes(key, pixel_ratio);
-    key.append(text);
-    if (auto found = text_sprites.find(key); found != text_sprites.end()) {
-        return &found->second;
+                                                                  double pixel_ratio,
+                                                                  double angle_deg) {
+    // Turned labels are kept turned, to a tenth of a degree, so that placing one is a
+    // plain copy: a layout turns its labels the same way at every redraw.
+    angle_deg = std::round(std::fmod(angle_deg, 360.0) * 10) / 10;
+    const Text_Look look{style, pixel_ratio, angle_deg == 0 ? 0.0 : angle_deg};
+    if (auto kind = text_sprites.find(look); kind != text_sprites.end()) {
+        if (auto found = kind->second.find(text); found != kind->second.end()) {
+            return &found->second;
+        }
+    }
+    if (look.angle_deg != 0) {
+        const Text_Sprite* upright = Diagram_Text(text, style, pixel_ratio, 0);
+        const QImage source = upright->image; // shared, not copied
+        const QPointF middle = upright->middle;
+        QTransform turn;
+        turn.rotate(angle_deg);
+        const QRectF bounds = turn.mapRect(QRectF(-middle, QSizeF(source.deviceIndependentSize())));
+        Text_Sprite sprite;
+        sprite.image = QImage(static_cast<int>(std::ceil(bounds.width() * pixel_ratio)) + 2,
+                              static_cast<int>(std::ceil(bounds.height() * pixel_ratio)) + 2,
+                              QImage::Format_ARGB32_Premultiplied);
+        sprite.image.setDevicePixelRatio(pixel_ratio);
+        sprite.image.fill(Qt::transparent);
+        sprite.middle = -bounds.topLeft() + QPointF(1 / pixel_ratio, 1 / pixel_ratio);
+        {
+            QPainter p(&sprite.image);
+            p.setRenderHint(QPainter::SmoothPixmapTransform);
+            p.translate(sprite.middle);
+            p.rotate(angle_deg);
+            p.drawImage(-middle, source);
+        }
+        return Keep_Text(look, text, std::move(sprite));
     }
     const Diagram_Face& face = Face_For(style.size_px, style.bold);
     const QString q = To_QString(text);
@@ -758,6 +806,7 @@ const Qt_Sprite_Cache::Text_Sprite* Qt_Sprite_Cache::Diagram_Text(std::string_vi
         // drawStaticText places the text's top left corner.
         const QPointF top_left(pad, pad);
         if (halo > 0) {
+            // The halo: the text drawn around its place in the halo colour.
             p.setPen(To_QColor(style.halo));
             const double d = halo * 0.7071;
             const QPointF around[] = {{halo, 0}, {-halo, 0}, {0, halo}, {0, -halo},
@@ -769,14 +818,7 @@ const Qt_Sprite_Cache::Text_Sprite* Qt_Sprite_Cache::Diagram_Text(std::string_vi
         p.setPen(To_QColor(style.color));
         p.drawStaticText(top_left, laid_out);
     }
-    const size_t sprite_bytes = static_cast<size_t>(sprite.image.sizeInBytes()) + key.size() + 64;
-    if (bytes + sprite_bytes > Max_Bytes) {
-        sprites.clear();
-        text_sprites.clear();
-        bytes = 0;
-    }
-    bytes += sprite_bytes;
-    return &text_sprites.emplace(std::move(key), std::move(sprite)).first->second;
+    return Keep_Text(look, text, std::move(sprite));
 }
 
 void Qt_Surface::Draw_Text(Point_F_Rec centre, double angle_deg, std::string_view text,
@@ -793,29 +835,17 @@ void Qt_Surface::Draw_Text(Point_F_Rec centre, double angle_deg, std::string_vie
     }
     const QTransform before = painter.transform();
     // On a raster device drawn at whole device pixels (possibly several to a unit), a kept
-    // image of the label is placed: upright ones on whole pixels, turned ones smoothed.
+    // image of the label, turned as it is to stand, is placed on whole device pixels.
     const QPaintDevice* device = painter.device();
     const double ratio = device != nullptr ? device->devicePixelRatio() : 1;
     if (sprites != nullptr && Skips_Unseen() && before.type() <= QTransform::TxTranslate) {
-        const Qt_Sprite_Cache::Text_Sprite* sprite = sprites->Diagram_Text(text, style, ratio);
+        const Qt_Sprite_Cache::Text_Sprite* sprite =
+            sprites->Diagram_Text(text, style, ratio, angle_deg);
         const QPointF corner = QPointF(centre.x, centre.y) - sprite->middle;
-        if (std::fmod(angle_deg, 360.0) == 0) {
-            const QPointF device_corner = (corner + QPointF(before.dx(), before.dy())) * ratio;
-            painter.drawImage(QPointF(std::round(device_corner.x()) / ratio - before.dx(),
-                                      std::round(device_corner.y()) / ratio - before.dy()),
-                              sprite->image);
-            return;
-        }
-        QTransform placed = before;
-        placed.translate(centre.x, centre.y);
-        placed.rotate(angle_deg);
-        placed.translate(-sprite->middle.x(), -sprite->middle.y());
-        painter.setTransform(placed);
-        const bool smooth = painter.testRenderHint(QPainter::SmoothPixmapTransform);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
-        painter.drawImage(QPointF(0, 0), sprite->image);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
-        painter.setTransform(before);
+        const QPointF device_corner = (corner + QPointF(before.dx(), before.dy())) * ratio;
+        painter.drawImage(QPointF(std::round(device_corner.x()) / ratio - before.dx(),
+                                  std::round(device_corner.y()) / ratio - before.dy()),
+                          sprite->image);
         return;
     }
     const QString q = To_QString(text);

@@ -62,23 +62,48 @@ class Qt_Sprite_Cache {
     // filled by brush.
     const Sprite* Disc(int32_t width, int32_t height, const QPen& pen, const QBrush& brush);
 
-    // A label of the diagram: the text in its style, with its halo, upright, at
-    // pixel_ratio device pixels to a unit. middle is where the text box's middle lies in
-    // the image (in units).
+    // A label of the diagram: the text in its style, with its halo, turned by angle_deg
+    // (to a tenth of a degree) about its middle, at pixel_ratio device pixels to a unit.
+    // middle is where the text box's middle lies in the image (in units).
     struct Text_Sprite {
         QImage image;
         QPointF middle;
     };
     const Text_Sprite* Diagram_Text(std::string_view text, const Text_Style_Rec& style,
-                                    double pixel_ratio);
+                                    double pixel_ratio, double angle_deg);
 
-    size_t Count() const { return sprites.size() + text_sprites.size(); }
+    // Texts looked up by view, without making a string of them.
+    struct Text_Hash {
+        using is_transparent = void;
+        size_t operator()(std::string_view text) const {
+            return std::hash<std::string_view>()(text);
+        }
+    };
+
+    size_t Count() const { return sprites.size() + text_sprite_count; }
     size_t Bytes() const { return bytes; }
 
     static constexpr size_t Max_Bytes = 8u << 20;
 
   private:
+    // The diagram's labels are kept by their style, turn and device pixel ratio, and then
+    // by text.
+    struct Text_Look {
+        Text_Style_Rec style;
+        double pixel_ratio;
+        double angle_deg;
+        bool operator==(const Text_Look&) const = default;
+    };
+    struct Text_Look_Hash {
+        size_t operator()(const Text_Look& look) const;
+    };
+    using Text_Sprites = std::unordered_map<std::string, Text_Sprite, Text_Hash, std::equal_to<>>;
+
+    // Counts a new piece's bytes, starting again from empty past the bound.
+    void Make_Room(size_t sprite_bytes);
     const Sprite* Keep(std::string&& key, Sprite&& sprite);
+    const Text_Sprite* Keep_Text(const Text_Look& look, std::string_view text,
+                                 Text_Sprite&& sprite);
 
     QFont font = Chart_Label_Font();
     // The font's measures, taken at the first label.
@@ -87,7 +112,8 @@ class Qt_Sprite_Cache {
     std::array<double, 256> advances{}; // each Windows-1252 letter's, once it is needed
     QImage scratch;                     // where new labels are drawn before they are cut out
     std::unordered_map<std::string, Sprite> sprites;
-    std::unordered_map<std::string, Text_Sprite> text_sprites;
+    std::unordered_map<Text_Look, Text_Sprites, Text_Look_Hash> text_sprites;
+    size_t text_sprite_count = 0;
     size_t bytes = 0;
 };
 

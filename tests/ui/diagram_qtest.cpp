@@ -181,7 +181,7 @@ TEST(DiagramSurface, KeptLabelsLandWhereDrawnTextDoes) {
         EXPECT_LE(std::abs(boxes[0].top() - boxes[1].top()), 1) << angle;
         EXPECT_LE(std::abs(boxes[0].bottom() - boxes[1].bottom()), 1) << angle;
     }
-    EXPECT_EQ(sprites.Count(), 1u); // one image for the label, whichever way it is turned
+    EXPECT_EQ(sprites.Count(), 3u); // the upright image and one for each turn
 }
 
 TEST(DiagramExport, DiagramAndTripKitFiles) {

@@ -3,16 +3,19 @@
 // at them while the diagram is worked on.
 //
 //   quilmark-diagram-dev FS_PATH OUT_DIR [--size WxH] [--zoom FACTOR] [--aircraft LAT,LON,HDG]
-//                        [--time N] "ENTRY"|--largest ["ENTRY"...]
+//                        [--time N] [--crop X,Y,W,H] "ENTRY"|--largest ["ENTRY"...]
 //
-// --largest stands for the airport with the most taxi paths; --time N also times N redraws
-// of the diagram on a kept image, its layout alone, and its painting without the texts.
+// With --aircraft the view follows the aircraft. --largest stands for the airport with the most
+// taxi paths; --time N also times N redraws of the diagram on a kept image, its layout alone, and
+// its painting without the texts;
+// --crop also writes crop.png, that part of the day picture four times as large.
 // Writes OUT_DIR/diagram-day.png, diagram-night.png, diagram.svg and diagram.pdf of the
 // first entry, and trip-kit.pdf with a PNG of each of its pages (trip-kit-N.png).
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <iostream>
@@ -21,6 +24,7 @@
 
 #include "airspace/airport_fetch.h"
 #include "chart/diagram_layout.h"
+#include "chart/diagram_style.h"
 #include "chart/qt_export.h"
 #include "chart/qt_surface.h"
 #include "chart/trip_kit.h"
@@ -85,7 +89,23 @@ void Time_Redraws(const Diagram_Source_Rec& source, const Diagram_View_Rec& view
         Qt_Surface surface(painter, view.width, view.height, &sprites);
         Draw_Diagram(surface, source, view, Diagram_Options_Rec{});
     });
-    std::printf("first redraw %.2f ms\n", first);
+    const double fresh_image = Ms_Of(n, [&] {
+        QImage fresh(view.width, view.height, QImage::Format_RGB32);
+        fresh.fill(Qt::white);
+    });
+    Diagram_Layout_Rec texts_only;
+    Layout_Diagram(source, view, Diagram_Options_Rec{}, metrics, texts_only);
+    const double new_sprites = Ms_Of(n, [&] {
+        Qt_Sprite_Cache fresh_sprites;
+        QPainter painter(&image);
+        Qt_Surface surface(painter, view.width, view.height, &fresh_sprites);
+        for (const Diagram_Text_Rec& t : texts_only.texts) {
+            surface.Draw_Text(t.centre, t.angle_deg, t.text,
+                              Diagram_Text_Style(t.role, Diagram_Day_Palette()));
+        }
+    });
+    std::printf("first redraw %.2f ms (a fresh image %.2f, the labels' new sprites %.2f)\n", first,
+                fresh_image, new_sprites);
     const double layout_ms =
         Ms_Of(n, [&] { Layout_Diagram(source, view, Diagram_Options_Rec{}, metrics, layout); });
     const double paint_ms = Ms_Of(n, [&] { paint(layout); });
@@ -140,6 +160,7 @@ int main(int argc, char** argv) {
     int width = 1280, height = 800;
     double zoom = 1;
     int time_runs = 0;
+    int crop[4] = {0, 0, 0, 0};
     Diagram_Aircraft_Rec aircraft;
     std::vector<std::string> entries;
     for (int i = 3; i < argc; ++i) {
@@ -148,6 +169,8 @@ int main(int argc, char** argv) {
             std::sscanf(argv[++i], "%dx%d", &width, &height);
         } else if (arg == "--time" && i + 1 < argc) {
             time_runs = std::stoi(argv[++i]);
+        } else if (arg == "--crop" && i + 1 < argc) {
+            std::sscanf(argv[++i], "%d,%d,%d,%d", &crop[0], &crop[1], &crop[2], &crop[3]);
         } else if (arg == "--largest") {
             entries.push_back("");
         } else if (arg == "--zoom" && i + 1 < argc) {
@@ -186,9 +209,23 @@ int main(int argc, char** argv) {
     const Diagram_Source_Rec source{first.airport, first.airspaces, *grid, aircraft};
     Diagram_View_Rec view =
         Fit_Diagram_View(first.airport, width, height, Diagram_Frame_Insets(width, height));
+    if (aircraft.shown) {
+        Center_Diagram(view, aircraft.lat, aircraft.lon); // following the aircraft
+    }
     Zoom_Diagram_About(view, zoom, {width / 2.0, height / 2.0});
     if (time_runs > 0) {
         Time_Redraws(source, view, time_runs);
+    }
+    if (const char* loops = std::getenv("QUILMARK_DIAGRAM_LOOPS")) {
+        // Nothing but redraws with kept state, for a profiler.
+        QImage image(width, height, QImage::Format_RGB32);
+        Qt_Sprite_Cache sprites;
+        for (int i = 0; i < std::atoi(loops); ++i) {
+            QPainter painter(&image);
+            Qt_Surface surface(painter, width, height, &sprites);
+            Draw_Diagram(surface, source, view, Diagram_Options_Rec{});
+        }
+        return 0;
     }
     for (const auto& [name, night] :
          {std::pair{"diagram-day.png", false}, std::pair{"diagram-night.png", true},
@@ -202,6 +239,13 @@ int main(int argc, char** argv) {
             std::cerr << problem << "\n";
             return 1;
         }
+    }
+    if (crop[2] > 0) {
+        // A part of the day picture four times as large, for a closer look.
+        const QImage day(QString::fromStdString((out / "diagram-day.png").string()));
+        day.copy(crop[0], crop[1], crop[2], crop[3])
+            .scaled(crop[2] * 4, crop[3] * 4)
+            .save(QString::fromStdString((out / "crop.png").string()));
     }
     const std::string problem = Export_Trip_Kit((out / "trip-kit.pdf").string(), airports, *grid);
     if (!problem.empty()) {
