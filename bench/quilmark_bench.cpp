@@ -21,13 +21,13 @@
 #include <iostream>
 #include <memory>
 #include <set>
-#include <span>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "airspace/airport_fetch.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_records.h"
 #include "chart/diagram_layout.h"
 #include "chart/recording_surface.h"
 #include "platform/native_paths.h"
@@ -231,11 +231,7 @@ struct Bench {
     // frame, label placement included.
     Diagram_Source_Rec Diagram_Source() const {
         const Module1& m = *chart_module;
-        return {
-            m.current_airport,
-            std::span(m.airspaces.items.data(), static_cast<size_t>(std::max(0, m.airspace_count))),
-            m.magvar_grid,
-            {}};
+        return {m.current_airport, Filled_Span(m.airspaces, m.airspace_count), m.magvar_grid, {}};
     }
 
     template <class Draw> void Diagram_Case(const std::string& name, double target, Draw draw) {

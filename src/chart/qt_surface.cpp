@@ -767,6 +767,14 @@ const Qt_Sprite_Cache::Text_Sprite* Qt_Sprite_Cache::Diagram_Text(std::string_vi
         turn.rotate(angle_deg);
         const QRectF bounds = turn.mapRect(QRectF(-middle, QSizeF(source.deviceIndependentSize())));
         Text_Sprite sprite;
+        const double quarters = angle_deg / 90;
+        if (quarters == std::round(quarters)) {
+            // A quarter, half or three quarters of a turn moves the pixels as they are.
+            sprite.image = source.transformed(turn);
+            sprite.image.setDevicePixelRatio(pixel_ratio);
+            sprite.middle = -bounds.topLeft();
+            return Keep_Text(look, text, std::move(sprite));
+        }
         sprite.image = QImage(static_cast<int>(std::ceil(bounds.width() * pixel_ratio)) + 2,
                               static_cast<int>(std::ceil(bounds.height() * pixel_ratio)) + 2,
                               QImage::Format_ARGB32_Premultiplied);

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "airspace/airport_fetch.h"
+#include "chart/chart_records.h"
 #include "scenery/scan_sequence.h"
 #include "shell/chooser_form.h"
 #include "shell/config_file.h"
@@ -34,11 +35,8 @@ std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
         }
         Recording_Chooser_Form ui;
         Get_Airport(*m, *form, ui, entry);
-        Kit_Airport_Rec kit{m->current_airport, {}};
-        for (int32_t i = 0; i < m->airspace_count; ++i) {
-            kit.airspaces.push_back(m->airspaces[static_cast<size_t>(i)]);
-        }
-        fetched.push_back(std::move(kit));
+        const auto airspaces = Filled_Span(m->airspaces, m->airspace_count);
+        fetched.push_back({m->current_airport, {airspaces.begin(), airspaces.end()}});
         grid = m->magvar_grid;
     }
     return fetched;

@@ -3,9 +3,9 @@
 // at them while the diagram is worked on.
 //
 //   quilmark-diagram-dev FS_PATH OUT_DIR [--size WxH] [--zoom FACTOR] [--aircraft LAT,LON,HDG]
-//                        [--time N] [--crop X,Y,W,H] "ENTRY"|--largest ["ENTRY"...]
+//                        [--follow] [--time N] [--crop X,Y,W,H] "ENTRY"|--largest ["ENTRY"...]
 //
-// With --aircraft the view follows the aircraft. --largest stands for the airport with the most
+// With --follow the view is centred on the aircraft. --largest stands for the airport with the most
 // taxi paths; --time N also times N redraws of the diagram on a kept image, its layout alone, and
 // its painting without the texts;
 // --crop also writes crop.png, that part of the day picture four times as large.
@@ -161,6 +161,7 @@ int main(int argc, char** argv) {
     double zoom = 1;
     int time_runs = 0;
     int crop[4] = {0, 0, 0, 0};
+    bool follow = false;
     Diagram_Aircraft_Rec aircraft;
     std::vector<std::string> entries;
     for (int i = 3; i < argc; ++i) {
@@ -171,6 +172,8 @@ int main(int argc, char** argv) {
             time_runs = std::stoi(argv[++i]);
         } else if (arg == "--crop" && i + 1 < argc) {
             std::sscanf(argv[++i], "%d,%d,%d,%d", &crop[0], &crop[1], &crop[2], &crop[3]);
+        } else if (arg == "--follow") {
+            follow = true;
         } else if (arg == "--largest") {
             entries.push_back("");
         } else if (arg == "--zoom" && i + 1 < argc) {
@@ -209,7 +212,7 @@ int main(int argc, char** argv) {
     const Diagram_Source_Rec source{first.airport, first.airspaces, *grid, aircraft};
     Diagram_View_Rec view =
         Fit_Diagram_View(first.airport, width, height, Diagram_Frame_Insets(width, height));
-    if (aircraft.shown) {
+    if (follow) {
         Center_Diagram(view, aircraft.lat, aircraft.lon); // following the aircraft
     }
     Zoom_Diagram_About(view, zoom, {width / 2.0, height / 2.0});
