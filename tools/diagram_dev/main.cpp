@@ -221,11 +221,17 @@ int main(int argc, char** argv) {
     }
     if (const char* loops = std::getenv("QUILMARK_DIAGRAM_LOOPS")) {
         // Nothing but redraws with kept state, for a profiler.
-        QImage image(width, height, QImage::Format_RGB32);
-        Qt_Sprite_Cache sprites;
+        // QUILMARK_DIAGRAM_FIRST makes each a first redraw, with a new image and sprites.
+        const bool fresh = std::getenv("QUILMARK_DIAGRAM_FIRST") != nullptr;
+        auto image = std::make_unique<QImage>(width, height, QImage::Format_RGB32);
+        auto sprites = std::make_unique<Qt_Sprite_Cache>();
         for (int i = 0; i < std::atoi(loops); ++i) {
-            QPainter painter(&image);
-            Qt_Surface surface(painter, width, height, &sprites);
+            if (fresh) {
+                image = std::make_unique<QImage>(width, height, QImage::Format_RGB32);
+                sprites = std::make_unique<Qt_Sprite_Cache>();
+            }
+            QPainter painter(image.get());
+            Qt_Surface surface(painter, width, height, sprites.get());
             Draw_Diagram(surface, source, view, Diagram_Options_Rec{});
         }
         return 0;
