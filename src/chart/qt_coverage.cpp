@@ -193,27 +193,28 @@ double Dot(QPointF a, QPointF b) {
 } // namespace
 
 void Qt_Coverage_Painter::Stretch(QPointF a, QPointF b, QPointF d, QPointF start_cut,
-                                  QPointF end_cut, double h, QRgb color, double opacity) {
-    // Past a sharp corner the mitre is cut at twice the half width.
-    const double limit = 2 * h;
+                                  QPointF end_cut, QPointF start_tip, QPointF end_tip, double h,
+                                  QRgb color, double opacity) {
+    // A sharp corner's mitre is cut square across its tip twice the line's width from the
+    // corner.
+    const double limit = 4 * h;
     const double reach = h + 0.5;
     const double grow = limit + reach + 1;
     const double full = std::min(1.0, 2 * h) * opacity;
-    const double length = Dot(b - a, d);
     Band_Rows(a, b, d, reach, grow, width_, height_, [&](int y, int xs, int xe) {
         QRgb* row = Row(y);
         const double py = y + 0.5;
         for (int x = xs; x <= xe; ++x) {
             const QPointF p(x + 0.5 - a.x(), py - a.y());
-            const double along = Dot(p, d);
             const double across = std::abs(p.x() * d.y() - p.y() * d.x());
             double coverage = std::min(full, (reach - across) * opacity);
             coverage = std::min(coverage, std::clamp(0.5 + Dot(p, start_cut), 0.0, 1.0) * opacity);
             coverage =
                 std::min(coverage, std::clamp(0.5 - Dot(p - (b - a), end_cut), 0.0, 1.0) * opacity);
-            coverage = std::min(coverage, std::clamp(limit + 0.5 + along, 0.0, 1.0) * opacity);
             coverage =
-                std::min(coverage, std::clamp(limit + 0.5 + length - along, 0.0, 1.0) * opacity);
+                std::min(coverage, std::clamp(limit + 0.5 - Dot(p, start_tip), 0.0, 1.0) * opacity);
+            coverage = std::min(
+                coverage, std::clamp(limit + 0.5 - Dot(p - (b - a), end_tip), 0.0, 1.0) * opacity);
             Blend_Pixel(row[x], coverage, color);
         }
     });
@@ -246,10 +247,15 @@ void Qt_Coverage_Painter::Polyline(const QPointF* points, size_t count, bool clo
         // Two stretches meet on the line that halves their corner; an open end is square.
         const bool first = !closed && i == 0;
         const bool last = !closed && i + 1 == stretches;
-        const QPointF start_cut = first ? d : Unit(direction((i + n - 1) % n) + d);
-        const QPointF end_cut = last ? d : Unit(d + direction((i + 1) % n));
+        const QPointF before = first ? d : direction((i + n - 1) % n);
+        const QPointF after = last ? d : direction((i + 1) % n);
+        const QPointF start_cut = Unit(before + d);
+        const QPointF end_cut = Unit(d + after);
+        // Each corner's tip lies out along the line that halves it, away from the corner's
+        // inside; a square end or a straight run has none.
         Stretch(p[i], p[(i + 1) % n], d, start_cut.isNull() ? d : start_cut,
-                end_cut.isNull() ? d : end_cut, h, color, opacity);
+                end_cut.isNull() ? d : end_cut, Unit(before - d), Unit(d - after), h, color,
+                opacity);
     }
 }
 

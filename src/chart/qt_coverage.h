@@ -21,8 +21,8 @@ class Qt_Coverage_Painter {
     // 1, is the figure's.
     // A line from a to b half_width to either side, with round ends.
     void Capsule(QPointF a, QPointF b, double half_width, QRgb color);
-    // A line through the points half_width to either side, its corners mitred (cut at
-    // twice the half width past a sharp corner), its ends square; closed, it goes back
+    // A line through the points half_width to either side, its corners mitred (a sharp
+    // corner's tip cut at twice the line's width), its ends square; closed, it goes back
     // to the first point. Each pixel takes the colour once, so a translucent line stays
     // even at its corners.
     void Polyline(const QPointF* points, size_t count, bool closed, double half_width, QRgb color,
@@ -38,9 +38,10 @@ class Qt_Coverage_Painter {
     Qt_Coverage_Painter(QImage& image, double scale, double dx, double dy);
     // One stretch of a polyline, in device pixels: from a to b along the unit direction
     // d, cut at a by the line through a across start_cut and at b by the line through b
-    // across end_cut (pixels on the far side of either are left to the next stretch).
-    void Stretch(QPointF a, QPointF b, QPointF d, QPointF start_cut, QPointF end_cut, double h,
-                 QRgb color, double opacity);
+    // across end_cut (pixels on the far side of either are left to the next stretch), and
+    // at each corner square across the unit direction of its tip (zero: no tip).
+    void Stretch(QPointF a, QPointF b, QPointF d, QPointF start_cut, QPointF end_cut,
+                 QPointF start_tip, QPointF end_tip, double h, QRgb color, double opacity);
     QPointF Device(QPointF p) const { return {p.x() * scale_ + dx_, p.y() * scale_ + dy_}; }
     QRgb* Row(int y) const;
 
