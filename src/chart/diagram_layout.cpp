@@ -18,7 +18,7 @@
 
 namespace {
 
-// Room between a label's text and what it labels, and around each label's halo.
+// Room between a label's text and what it labels, and kept free around every label's text.
 constexpr double Gap_Px = 4;
 constexpr double Label_Pad_Px = 1;
 // Nominal widths on the ground of what the records give no width for.
@@ -453,7 +453,7 @@ void Place_Spot_Names(Layout_State& s, const std::vector<size_t>& spot_index, bo
             continue;
         }
         const int64_t owner = Spot_Owner_Base + static_cast<int64_t>(spot_index[k]);
-        Text_Block_Rec block = Measure_Block(
+        const Text_Block_Rec block = Measure_Block(
             s.metrics, {{label, gates ? Label_Role::Gate_Name : Label_Role::Parking_Name}});
         const Point_F_Rec c = spot.centre;
         const double r = spot.radius_px;
