@@ -7,6 +7,7 @@
 #include <fstream>
 #include <set>
 #include <stdexcept>
+#include <string_view>
 #include <vector>
 
 #include "support/bgl_writer.h"
@@ -221,6 +222,19 @@ Bytes Airport_Stream(Random& r, const Airport_Plan& plan, Full_World_Summary& su
     return stream;
 }
 
+// The first letter of an airport's ident: the region's own for the first copy of the world,
+// and for each further copy a letter of its own, so that no letter runs out of idents.
+char Ident_Letter(char region_letter, int copy) {
+    if (copy == 0) {
+        return region_letter;
+    }
+    constexpr std::string_view Region_Letters = "NSEAO";
+    constexpr std::string_view Spare_Letters = "BCDFGHIJKLMPQRTUVWXYZ";
+    const size_t index =
+        static_cast<size_t>(copy - 1) * Region_Letters.size() + Region_Letters.find(region_letter);
+    return Spare_Letters[index];
+}
+
 std::string Unique_Ident(Random& r, char first, std::set<std::string>& taken) {
     const char* const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
     for (;;) {
@@ -316,8 +330,12 @@ int16_t Variation_Counts(int lat, int lon_index) {
 
 } // namespace
 
-bool Write_Full_World(const std::string& out_folder, uint64_t seed, Full_World_Summary& summary,
-                      std::string& error) {
+bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
+                      Full_World_Summary& summary, std::string& error) {
+    if (factor < 1 || factor > Full_World_Max_Factor) {
+        error = "the size factor must be 1 to " + std::to_string(Full_World_Max_Factor);
+        return false;
+    }
     try {
         summary = {};
         Random r{seed};
@@ -331,9 +349,11 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, Full_World_S
         std::vector<Airport_Plan> busiest; // centres of the larger airspaces
         bool largest_placed = false;
         for (const Region& region : kRegions) {
-            std::vector<Airport_Plan> plans(static_cast<size_t>(region.airports));
-            for (Airport_Plan& p : plans) {
-                p.ident = Unique_Ident(r, region.folder[0], idents);
+            std::vector<Airport_Plan> plans(static_cast<size_t>(region.airports * factor));
+            for (size_t i = 0; i < plans.size(); ++i) {
+                Airport_Plan& p = plans[i];
+                const int copy = static_cast<int>(i) / region.airports;
+                p.ident = Unique_Ident(r, Ident_Letter(region.folder[0], copy), idents);
                 p.lat = r.Range(region.south, region.north);
                 p.lon = r.Range(region.west, region.east);
                 const double u = r.Unit();
@@ -387,14 +407,14 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, Full_World_S
             boundaries.push_back(Boundary(r, p.lat, p.lon, 0.5, 0, 10000, false));
             boundaries.push_back(Boundary(r, p.lat, p.lon, 0.25, 1200, 4000, false));
         }
-        const int centres = 400;
+        const int centres = 400 * factor;
         for (int i = 0; i < centres; ++i) {
             const Region& region = kRegions[i % std::size(kRegions)];
             boundaries.push_back(Boundary(r, r.Range(region.south, region.north),
                                           r.Range(region.west, region.east), r.Range(3, 8), 18000,
                                           60000, true));
         }
-        while (boundaries.size() < static_cast<size_t>(kBoundaryCount)) {
+        while (boundaries.size() < static_cast<size_t>(kBoundaryCount * factor)) {
             const Region& region = kRegions[r.Int(0, std::size(kRegions) - 1)];
             boundaries.push_back(Boundary(r, r.Range(region.south, region.north),
                                           r.Range(region.west, region.east), r.Range(0.05, 0.15), 0,

@@ -1,19 +1,32 @@
-// quilmark-full-world OUT_FOLDER [SEED]: writes the full-size world and prints what it holds.
+// quilmark-full-world OUT_FOLDER [SEED] [--factor N]: writes the full-size world, or one N
+// times its size, and prints what it holds.
 #include <cstdlib>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "full_world.h"
 
 int main(int argc, char** argv) {
-    if (argc != 2 && argc != 3) {
-        std::cerr << "usage: quilmark-full-world OUT_FOLDER [SEED]\n";
+    std::vector<std::string> words;
+    int factor = 1;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--factor" && i + 1 < argc) {
+            factor = std::atoi(argv[++i]);
+        } else {
+            words.push_back(arg);
+        }
+    }
+    if (words.empty() || words.size() > 2) {
+        std::cerr << "usage: quilmark-full-world OUT_FOLDER [SEED] [--factor N]\n";
         return 2;
     }
-    const uint64_t seed = argc == 3 ? std::strtoull(argv[2], nullptr, 10) : Full_World_Seed;
+    const uint64_t seed =
+        words.size() == 2 ? std::strtoull(words[1].c_str(), nullptr, 10) : Full_World_Seed;
     Full_World_Summary s;
     std::string error;
-    if (!Write_Full_World(argv[1], seed, s, error)) {
+    if (!Write_Full_World(words[0], seed, factor, s, error)) {
         std::cerr << "quilmark-full-world: " << error << "\n";
         return 1;
     }
