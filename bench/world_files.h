@@ -1,0 +1,23 @@
+// What the benchmarks need to know of a simulator folder: the files each long operation
+// reads, found as the program finds them, and the airport whose chart costs the most.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "bgl/airport_model.h"
+#include "platform/dyn_array.h"
+
+struct World_Files {
+    std::vector<std::string> airport_files; // the airport areas' BGL files
+    std::vector<std::string> atc_files;
+    std::string scenery_cfg;
+    std::string magdec;
+};
+
+// The files of the simulator folder at fs_path (a native absolute path).
+World_Files Find_World_Files(const std::string& fs_path);
+
+// The index of the airport with the most taxi paths among the first count.
+size_t Largest_Airport_Index(const Dyn_Array<Airport_Rec>& airports, int32_t count);
