@@ -7,6 +7,8 @@
 #include "chart/qt_form4.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 void Start_Qt_For_Bench() {
     if (QCoreApplication::instance() != nullptr) {
         return;
@@ -52,3 +54,5 @@ double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, boo
         std::chrono::steady_clock::now() - start;
     return spent.count() / iterations;
 }
+
+} // namespace quilmark

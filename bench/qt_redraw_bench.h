@@ -4,6 +4,8 @@
 
 #include "chart/chart_view.h"
 
+namespace quilmark {
+
 struct Module1;
 
 // Starts the Qt application (offscreen platform unless QT_QPA_PLATFORM says otherwise)
@@ -17,3 +19,5 @@ void Start_Qt_For_Bench();
 // redraw starts with neither, as a window's first does. Returns the mean milliseconds of
 // one redraw.
 double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, bool first_redraw);
+
+} // namespace quilmark

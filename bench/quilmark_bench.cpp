@@ -41,6 +41,8 @@
 #include "qt_redraw_bench.h"
 #endif
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -132,7 +134,7 @@ struct Bench {
     std::unique_ptr<Module1> Scan(Recording_Chooser_Form& ui, double& ms, bool sort) {
         auto m = std::make_unique<Module1>();
         auto form = std::make_unique<Form3_Data>();
-        if (Read_Config_File(*m, Config_File_Name) != Config_Status::ok) {
+        if (Read_Config_File(*m, Config_File_Name) != Config_Status::Ok) {
             throw std::runtime_error("no configuration file in the working folder");
         }
         form->database_present = false;
@@ -263,7 +265,7 @@ struct Bench {
         std::error_code ec;
         fs::remove(Database_File_Name, ec);
         auto m = std::make_unique<Module1>();
-        if (Write_First_Config(*m, true, fs_path) != Config_Status::ok) {
+        if (Write_First_Config(*m, true, fs_path) != Config_Status::Ok) {
             throw std::runtime_error("cannot write the configuration file");
         }
     }
@@ -341,7 +343,10 @@ struct Bench {
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     Bench bench;
     std::string world = QUILMARK_FULL_WORLD_DIR;
     for (int i = 1; i < argc; ++i) {

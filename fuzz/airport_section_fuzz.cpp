@@ -11,6 +11,8 @@
 #include "scenery/airport_database.h"
 #include "shell/form3_data.h"
 
+namespace quilmark {
+
 namespace {
 
 int64_t Check_Airport(const Airport_Rec& a) {
@@ -68,7 +70,10 @@ void Decode_With_Database(const std::vector<uint8_t>& bytes) {
 
 } // namespace
 
+} // namespace quilmark
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const std::vector<uint8_t> bytes(data, data + size);
     Decode_Without_Database(bytes);
     Decode_With_Database(bytes);

@@ -9,6 +9,8 @@
 #include "fuzz_support.h"
 #include "shell/form3_data.h"
 
+namespace quilmark {
+
 namespace {
 
 void Walk_With_Airport_At(const std::vector<uint8_t>& bytes, double lat, double lon) {
@@ -35,7 +37,10 @@ void Walk_With_Airport_At(const std::vector<uint8_t>& bytes, double lat, double 
 
 } // namespace
 
+} // namespace quilmark
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const std::vector<uint8_t> bytes(data, data + size);
     Walk_With_Airport_At(bytes, 47.45, -122.31); // inside the seeds' boxes
     Walk_With_Airport_At(bytes, -33.95, 151.18); // outside all of them

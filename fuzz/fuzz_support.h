@@ -12,6 +12,8 @@
 
 #include "shell/module1.h"
 
+namespace quilmark {
+
 inline void Fuzz_Check(bool holds, const char* what) {
     if (!holds) {
         std::fprintf(stderr, "fuzz check failed: %s\n", what);
@@ -55,3 +57,5 @@ template <class T> bool Fuzz_Has_Spare_Slot(const Dyn_Array<T>& list, int64_t co
     return count == 0 ? list.Slot_Count() <= 1
                       : list.Slot_Count() == static_cast<size_t>(count) + 1;
 }
+
+} // namespace quilmark

@@ -9,6 +9,7 @@
 #include "scenery/magdec.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     static Bgl_Image image;
     static Magvar_Grid grid;
     grid.fill(0);

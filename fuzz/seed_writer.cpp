@@ -14,6 +14,8 @@
 #include "support/example_field.h"
 #include "support/fs2004_writer.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -367,7 +369,10 @@ void Fs2004_Seeds() {
     Seed("fs2004", "shared_record.bgl", w.bytes);
 }
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc != 2) {
         std::fprintf(stderr, "usage: fuzz_seed_writer OUT_FOLDER\n");
         return 2;

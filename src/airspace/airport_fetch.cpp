@@ -8,6 +8,8 @@
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 namespace {
 
 std::string Frequency_Item(const std::string& frequency) {
@@ -149,3 +151,5 @@ void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
     Reset_Progress_And_Enable(ui);
     ui.Hand_Over_To_Chart();
 }
+
+} // namespace quilmark

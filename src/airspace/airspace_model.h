@@ -8,6 +8,9 @@
 #include "platform/dyn_array.h"
 
 // Boundary_Point_Rec::kind
+
+namespace quilmark {
+
 constexpr uint8_t Point_Start = 0;   // begins a figure
 constexpr uint8_t Point_Fix = 1;     // centre for the arcs and circles that follow
 constexpr uint8_t Point_Circle = 2;  // circle of radius about the centre
@@ -45,3 +48,5 @@ struct Airspace_Rec {
     uint8_t boundary_type = 0;
     bool operator==(const Airspace_Rec&) const = default;
 };
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 namespace {
 
 // Positions of the boundary records, converted and rounded to 4 decimals.
@@ -209,3 +211,5 @@ void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position) 
         record_offset += length;
     }
 }
+
+} // namespace quilmark

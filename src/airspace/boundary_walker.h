@@ -8,6 +8,8 @@
 
 #include "bgl/sections.h"
 
+namespace quilmark {
+
 struct Form3_Data;
 struct Module1;
 
@@ -34,3 +36,5 @@ void Walk_Boundary_List(Form3_Data& form, Module1& module, int64_t list_position
                         Section_Header header);
 // position: the boundary's group record itself; its children begin 16 bytes behind it.
 void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position);
+
+} // namespace quilmark

@@ -1,5 +1,7 @@
 #include "bgl/airport_model.h"
 
+namespace quilmark {
+
 std::string Airport_List_Text(const Airport_Rec& airport) {
     std::string text;
     text.reserve(airport.ident.size() + airport.name.size() + 3);
@@ -9,3 +11,5 @@ std::string Airport_List_Text(const Airport_Rec& airport) {
     text += ')';
     return text;
 }
+
+} // namespace quilmark

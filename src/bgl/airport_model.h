@@ -7,6 +7,8 @@
 
 #include "platform/dyn_array.h"
 
+namespace quilmark {
+
 struct Geo_Point_Rec {
     double lat = 0;
     double lon = 0;
@@ -94,3 +96,5 @@ struct Airport_Rec {
 
 // The text of an airport in the chooser's list: "KSEA (SEATTLE-TACOMA INTL)".
 std::string Airport_List_Text(const Airport_Rec& airport);
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 namespace {
 
 bool Is_Stream_Record(int32_t type) {
@@ -101,3 +103,5 @@ void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block
         offset += length;
     }
 }
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 #include "bgl/bgl_image.h"
 #include "scenery/magvar_grid.h"
 
+namespace quilmark {
+
 struct Airport_Rec;
 
 // Record types of an airport's stream.
@@ -40,3 +42,5 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
 // Decodes the taxiway block record at rec (its lists of points, parking spots, paths
 // and names).
 void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& airport);
+
+} // namespace quilmark

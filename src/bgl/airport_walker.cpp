@@ -4,6 +4,8 @@
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 namespace {
 
 bool Accepts_Airport(const Form3_Data& form, int32_t kind, int32_t block) {
@@ -70,3 +72,5 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
         header.record_size = Read_Int32(image, next + 4);
     }
 }
+
+} // namespace quilmark

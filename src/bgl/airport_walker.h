@@ -7,6 +7,8 @@
 
 #include "bgl/sections.h"
 
+namespace quilmark {
+
 struct Airport_Rec;
 struct Form3_Data;
 struct Module1;
@@ -29,3 +31,5 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
 // Fills one airport in place from the record stream of its data block.
 void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block_position,
                           Airport_Rec& airport);
+
+} // namespace quilmark

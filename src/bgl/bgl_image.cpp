@@ -7,6 +7,8 @@
 
 #include "platform/native_paths.h"
 
+namespace quilmark {
+
 bool Load_Bgl_Image(Bgl_Image& image, const std::string& native_path) {
     Release_Bgl_Image(image);
     std::optional<std::vector<uint8_t>> bytes =
@@ -155,3 +157,5 @@ std::string Frequency_Text(double mhz) {
         std::to_chars(buffer, buffer + sizeof buffer, mhz, std::chars_format::general, 15);
     return std::string(buffer, result.ptr);
 }
+
+} // namespace quilmark

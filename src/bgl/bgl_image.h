@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace quilmark {
+
 struct Bgl_Image {
     // The file's bytes and one spare 0 byte behind them.
     std::vector<uint8_t> bytes{0};
@@ -55,3 +57,5 @@ double Decode_Reference_Longitude(int32_t raw); // raw * 360 / (2^32 + 1) (airpo
 double Decode_Frequency(int32_t word);
 // A frequency as the program shows and stores it: "118.75", "121.5".
 std::string Frequency_Text(double mhz);
+
+} // namespace quilmark

@@ -6,14 +6,16 @@
 #include "platform/rounding.h"
 #include "scenery/magdec.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr double Earth_Circumference_M = 40007000;
 
 // Suffixes of the designator codes 0 to 4, as seen from the primary end; the reciprocal
 // end swaps left and right.
-constexpr const char* kPrimarySuffix[] = {"", "L", "R", "C", "H"};
-constexpr const char* kReciprocalSuffix[] = {"", "R", "L", "C", "H"};
+constexpr const char* Primary_Suffix[] = {"", "L", "R", "C", "H"};
+constexpr const char* Reciprocal_Suffix[] = {"", "R", "L", "C", "H"};
 
 double Fold_Longitude(double lon) {
     if (lon > 180) {
@@ -82,11 +84,11 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
     Runway_Geometry g;
     g.heading_1 = 360 * a / 65536;
     g.heading_2 = 360 * (a - 32768) / 65536;
-    const double dy = std::cos(degrees_to_radians * g.heading_1) * length_m;
-    const double dx = std::sin(degrees_to_radians * g.heading_1) * length_m;
+    const double dy = std::cos(Degrees_To_Radians * g.heading_1) * length_m;
+    const double dx = std::sin(Degrees_To_Radians * g.heading_1) * length_m;
     const double half_lat = (360 * dy * 0.5) / Earth_Circumference_M;
     const double half_lon =
-        (360 * dx * 0.5) / (std::cos(degrees_to_radians * lat_c) * Earth_Circumference_M);
+        (360 * dx * 0.5) / (std::cos(Degrees_To_Radians * lat_c) * Earth_Circumference_M);
     g.end1_lat = lat_c - half_lat;
     g.end1_lon = Fold_Longitude(lon_c - half_lon);
     g.end2_lat = lat_c + half_lat;
@@ -100,8 +102,8 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
             reciprocal -= 36;
         }
         if (code >= 0 && code <= 4) {
-            state.end1_text = std::to_string(number) + kPrimarySuffix[code];
-            state.end2_text = std::to_string(reciprocal) + kReciprocalSuffix[code];
+            state.end1_text = std::to_string(number) + Primary_Suffix[code];
+            state.end2_text = std::to_string(reciprocal) + Reciprocal_Suffix[code];
         }
     }
 
@@ -141,3 +143,5 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
         offset += length;
     }
 }
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "shell/form3_data.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 void Read_BGL_Sections(Form3_Data& form, Module1& module) {
     const Bgl_Image& image = form.bgl_image;
     if (Read_Int32(image, Bgl_Layout_Word) != 1) {
@@ -23,3 +25,5 @@ void Read_BGL_Sections(Form3_Data& form, Module1& module) {
         Walk_Boundary_Section(form, module, boundary_section, header);
     }
 }
+
+} // namespace quilmark

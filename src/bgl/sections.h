@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace quilmark {
+
 struct Form3_Data;
 struct Module1;
 
@@ -19,3 +21,5 @@ constexpr int Bgl_Airport_Section = 156; // absolute position, 0 or less: none
 constexpr int Bgl_Boundary_Section = 164;
 
 void Read_BGL_Sections(Form3_Data& form, Module1& module);
+
+} // namespace quilmark

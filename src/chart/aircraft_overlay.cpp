@@ -6,6 +6,8 @@
 #include "platform/rounding.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 double Altimeter_Value(uint16_t raw, uint8_t altimeter_units) {
     if (altimeter_units == 1) {
         return Round_Decimals(raw / 16.0 / 33.86, 2);
@@ -44,3 +46,5 @@ void Draw_Aircraft(Surface& surface, const Chart_View& view, const Module1& modu
     surface.LineTo(p_tip.x, p_tip.y);
     surface.TextOutA(p.x, p.y, "Your Plane");
 }
+
+} // namespace quilmark

@@ -7,6 +7,8 @@
 #include "chart/chart_view.h"
 #include "chart/surface.h"
 
+namespace quilmark {
+
 struct Module1;
 
 // The altimeter setting from the simulator's raw value, in sixteenths of a millibar:
@@ -22,3 +24,5 @@ std::string Altimeter_Text(double altimeter_value);
 // to the point 500 feet ahead on its heading, and the text "Your Plane" at the disc's
 // centre. Uses the pen that Draw_Chart left. Without the link it draws nothing.
 void Draw_Aircraft(Surface& surface, const Chart_View& view, const Module1& module);
+
+} // namespace quilmark

@@ -12,6 +12,8 @@
 #include "platform/rounding.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 namespace {
 
 // Only class B and class C are drawn; the match is exact.
@@ -137,3 +139,5 @@ void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module) {
     surface.Set_DrawWidth(2);
     surface.Set_DrawStyle(Draw_Style_Solid);
 }
+
+} // namespace quilmark

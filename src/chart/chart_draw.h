@@ -10,6 +10,8 @@
 #include "chart/chart_view.h"
 #include "chart/surface.h"
 
+namespace quilmark {
+
 struct Module1;
 
 // Cls, Draw_Chart, Draw_Aircraft. This is the redraw to hand to Open_Chart_View,
@@ -41,3 +43,5 @@ void Draw_ILS(Surface& surface, const Chart_View& view, const Module1& module);
 // below 1 is raised to 1 in the module's record. Leaves the pen solid, green and
 // 2 pixels wide, the brush black and hollow.
 void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module);
+
+} // namespace quilmark

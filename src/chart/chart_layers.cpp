@@ -5,6 +5,8 @@
 #include "scenery/magdec.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 void Draw_Runways(Surface& surface, const Chart_View& view, const Module1& module) {
     const Airport_Rec& airport = module.current_airport;
     size_t count = Filled_Count(airport.runways, airport.runway_count);
@@ -127,3 +129,5 @@ void Draw_ILS(Surface& surface, const Chart_View& view, const Module1& module) {
         surface.LineTo(p.x, p.y);
     }
 }
+
+} // namespace quilmark

@@ -8,6 +8,9 @@
 
 // The entries 0 to count - 1 that the array really holds: a count larger than the array
 // (a damaged record) does not lead outside it.
+
+namespace quilmark {
+
 template <class T> size_t Filled_Count(const Dyn_Array<T>& list, int32_t count) {
     if (count <= 0) {
         return 0;
@@ -15,3 +18,5 @@ template <class T> size_t Filled_Count(const Dyn_Array<T>& list, int32_t count) 
     size_t n = static_cast<size_t>(count);
     return n < list.Slot_Count() ? n : list.Slot_Count();
 }
+
+} // namespace quilmark

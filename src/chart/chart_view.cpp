@@ -5,6 +5,8 @@
 #include "platform/rounding.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 Pixel_Rec Geo_To_Pixel(const Chart_View& view, double lat, double lon) {
     Pixel_Rec p;
     p.x = To_I32((lon - view.view_left) / (view.view_right - view.view_left) * view.chart_px_width);
@@ -110,3 +112,5 @@ void Chart_Tick_Redraw(Chart_View& view, const Module1& module, const Chart_Redr
         redraw();
     }
 }
+
+} // namespace quilmark

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace quilmark {
+
 struct Module1;
 
 // Pixels from the top left corner of the chart, y growing downward.
@@ -75,3 +77,5 @@ void Open_Chart_View(Chart_View& view, Module1& module, int32_t width, int32_t h
 // link open and follow_aircraft on, centre on the aircraft (which redraws); otherwise
 // just redraw.
 void Chart_Tick_Redraw(Chart_View& view, const Module1& module, const Chart_Redraw& redraw);
+
+} // namespace quilmark

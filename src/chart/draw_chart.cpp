@@ -2,6 +2,8 @@
 #include "chart/chart_draw.h"
 #include "shell/module1.h"
 
+namespace quilmark {
+
 namespace {
 
 // Zoom levels from which the airport itself is drawn, and from which its ground
@@ -54,3 +56,5 @@ void Redraw_Chart(Surface& surface, const Chart_View& view, Module1& module) {
     Draw_Chart(surface, view, module);
     Draw_Aircraft(surface, view, module);
 }
+
+} // namespace quilmark

@@ -11,6 +11,8 @@
 
 #include "chart/qt_surface.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int Export_Dpi = 96;
@@ -116,3 +118,5 @@ std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t h
     }
     return "Unknown image type \"" + suffix.toStdString() + "\": use .png, .svg or .pdf.";
 }
+
+} // namespace quilmark

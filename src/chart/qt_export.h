@@ -10,6 +10,9 @@
 
 // Draws one chart onto the surface it is given, for example
 //   [&](Surface& s) { Redraw_Chart(s, view, module); }
+
+namespace quilmark {
+
 using Chart_Paint = std::function<void(Surface&)>;
 
 // Renders the chart into a file of width by height pixels, in the format that the
@@ -20,3 +23,5 @@ using Chart_Paint = std::function<void(Surface&)>;
 // QT_QPA_PLATFORM says otherwise) and kept until the process ends, since fonts need it.
 std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t height,
                                const Chart_Paint& paint);
+
+} // namespace quilmark

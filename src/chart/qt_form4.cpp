@@ -17,6 +17,8 @@
 #include "shell/module1.h"
 #include "shell/qt_program.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr const char* Link_Open_Failed_Text =
@@ -138,8 +140,8 @@ void Form4::Form_Load() {
                          : nullptr;
         Link_Reset(link_);
         link_.transport = transport_.get();
-        Link_Result result = Link_Result::ok;
-        m.fsuipc_connected = transport_ != nullptr && Link_Open(link_, fsuipc_fs2002, result);
+        Link_Result result = Link_Result::Ok;
+        m.fsuipc_connected = transport_ != nullptr && Link_Open(link_, Fsuipc_Fs2002, result);
         if (!m.fsuipc_connected) {
             program_.Message(this, Link_Open_Failed_Text, Message_Title, Message_Icon::Exclamation);
             Link_Close(link_);
@@ -192,7 +194,7 @@ void Form4::changeEvent(QEvent* event) {
 
 void Form4::Center_Airport(double airpt_loc_x, double airpt_loc_y) {
     Timer1.stop();
-    ::Center_Airport(view, airpt_loc_x, airpt_loc_y, [this] { Redraw(); });
+    quilmark::Center_Airport(view, airpt_loc_x, airpt_loc_y, [this] { Redraw(); });
     Timer1.start();
 }
 
@@ -237,7 +239,7 @@ void Form4::Command3_Click() {
 // The four values of the chart, each in an exchange of its own with the simulator.
 bool Form4::Read_Aircraft() {
     Module1& m = program_.module();
-    Link_Result result = Link_Result::ok;
+    Link_Result result = Link_Result::Ok;
     int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
     uint16_t altimeter_raw = 0;
     const auto read = [&](int32_t offset, int32_t size, void* into) {
@@ -281,3 +283,5 @@ void Form4::Timer1_Timer() {
         Redraw();
     }
 }
+
+} // namespace quilmark

@@ -14,6 +14,9 @@
 
 class QLabel;
 class QPushButton;
+
+namespace quilmark {
+
 class Link_Transport;
 class Quilmark_Program;
 
@@ -66,3 +69,5 @@ class Form4 : public QMainWindow {
     Fsuipc_Rec link_;
     bool loaded_ = false;
 };
+
+} // namespace quilmark

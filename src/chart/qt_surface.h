@@ -21,6 +21,9 @@
 // 96 dpi screen). Its size is given in pixels so that it is the same on every device,
 // whatever the device's resolution. The desktop program also makes it the application
 // font.
+
+namespace quilmark {
+
 QFont Chart_Label_Font();
 
 // Small pieces of a chart, its labels and parking discs, drawn once into transparent
@@ -133,3 +136,5 @@ class Qt_Surface final : public Surface {
     int32_t fill_style = Fill_Style_Hollow;
     QPointF current_point{0, 0};
 };
+
+} // namespace quilmark

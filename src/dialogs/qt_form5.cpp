@@ -10,6 +10,8 @@
 #include "shell/module1.h"
 #include "shell/qt_program.h"
 
+namespace quilmark {
+
 void Put_On_Top_At_Corner(QWidget& form) {
     form.setWindowFlag(Qt::WindowStaysOnTopHint, true);
     form.move(0, 0);
@@ -74,3 +76,5 @@ void Form5::closeEvent(QCloseEvent* event) {
     event->ignore();
     program_.Form_Closed(this);
 }
+
+} // namespace quilmark

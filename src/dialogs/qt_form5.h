@@ -9,6 +9,9 @@ class QCheckBox;
 class QGroupBox;
 class QPushButton;
 class QRadioButton;
+
+namespace quilmark {
+
 class Quilmark_Program;
 
 class Form5 : public QWidget {
@@ -40,3 +43,5 @@ class Form5 : public QWidget {
 // Places a dialog at the top left corner of the screen, above all other windows, keeping
 // its size.
 void Put_On_Top_At_Corner(QWidget& form);
+
+} // namespace quilmark

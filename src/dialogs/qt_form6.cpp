@@ -9,6 +9,8 @@
 #include "dialogs/qt_form5.h"
 #include "shell/qt_program.h"
 
+namespace quilmark {
+
 Form6::Form6(Quilmark_Program& program) : program_(program) {
     setWindowTitle("About Quilmark v1.1");
     setFixedSize(Twips(5115), Twips(5550));
@@ -64,3 +66,5 @@ void Form6::closeEvent(QCloseEvent* event) {
     event->ignore();
     program_.Form_Closed(this);
 }
+
+} // namespace quilmark

@@ -7,6 +7,9 @@ class QGroupBox;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
+
+namespace quilmark {
+
 class Quilmark_Program;
 
 class Form6 : public QWidget {
@@ -25,3 +28,5 @@ class Form6 : public QWidget {
   private:
     Quilmark_Program& program_;
 };
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 #include "platform/text1252.h"
 #include "scenery/magdec.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr double Earth_Circumference_M = 40007000;
@@ -54,11 +56,11 @@ Runway_Rec Drawn_Runway(const Fs2004_Runway_Rec& r, const Magvar_Grid& grid) {
     if (length_m > 300) {
         length_m -= 60;
     }
-    const double half_north = std::cos(degrees_to_radians * r.heading) * length_m * 0.5;
-    const double half_east = std::sin(degrees_to_radians * r.heading) * length_m * 0.5;
+    const double half_north = std::cos(Degrees_To_Radians * r.heading) * length_m * 0.5;
+    const double half_east = std::sin(Degrees_To_Radians * r.heading) * length_m * 0.5;
     const double half_lat = 360 * half_north / Earth_Circumference_M;
     const double half_lon =
-        360 * half_east / (std::cos(degrees_to_radians * r.lat) * Earth_Circumference_M);
+        360 * half_east / (std::cos(Degrees_To_Radians * r.lat) * Earth_Circumference_M);
     Runway_Rec runway;
     runway.end1_name = Fs2004_Runway_End_Text(r.primary_number, r.primary_designator);
     runway.end2_name = Fs2004_Runway_End_Text(r.secondary_number, r.secondary_designator);
@@ -168,3 +170,5 @@ Airport_Rec Fs2004_Airport_Record(const Fs2004_Airport_Rec& airport, const Magva
     }
     return a;
 }
+
+} // namespace quilmark

@@ -10,6 +10,9 @@
 #include "scenery/magvar_grid.h"
 
 // Largest list of the ground network the program's count fields hold.
+
+namespace quilmark {
+
 constexpr size_t Max_Fs2004_Network_List = 32767;
 
 // ident and name (upper case; from the name list when the airport has no name of its
@@ -18,3 +21,5 @@ constexpr size_t Max_Fs2004_Network_List = 32767;
 // network. A network with a list longer than the count fields hold is left out whole.
 Airport_Rec Fs2004_Airport_Record(const Fs2004_Airport_Rec& airport, const Magvar_Grid& grid,
                                   const Fs2004_Ils_Table& ils, const Fs2004_Name_Table& names);
+
+} // namespace quilmark

@@ -13,6 +13,9 @@
 #include "bgl/bgl_image.h"
 
 // Record ids of the airport section: the airport and its sub-records.
+
+namespace quilmark {
+
 constexpr uint16_t Fs2004_Id_Airport = 0x0003;
 constexpr uint16_t Fs2004_Id_Runway = 0x0004;
 constexpr uint16_t Fs2004_Id_Com = 0x0012;
@@ -83,3 +86,5 @@ std::string Fs2004_Runway_End_Text(uint8_t number, uint8_t designator);
 // A parking spot's name and number as pilots read them, from the spot's bit field:
 // "GATE B 12", "N PARKING 3"; a spot without a name is its number alone.
 std::string Fs2004_Parking_Text(uint32_t bits);
+
+} // namespace quilmark

@@ -14,6 +14,8 @@
 
 #include "bgl/bgl_image.h"
 
+namespace quilmark {
+
 constexpr uint32_t Fs2004_Magic = 0x19920201u;
 constexpr int64_t Fs2004_Section_Table = 0x38; // the section pointers follow the header
 constexpr int64_t Fs2004_Section_Pointer_Size = 20;
@@ -149,3 +151,5 @@ void Walk_Fs2004_Records(Bgl_Image& image, uint32_t section_type, Visit visit) {
         return true;
     });
 }
+
+} // namespace quilmark

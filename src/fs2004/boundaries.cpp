@@ -6,6 +6,8 @@
 #include "fs2004/bgl_file.h"
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int64_t Boundary_Fixed_Part = 32;
@@ -175,3 +177,5 @@ std::string Fs2004_Class_Text(uint8_t boundary_type) {
         return "";
     }
 }
+
+} // namespace quilmark

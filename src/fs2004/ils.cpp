@@ -4,6 +4,8 @@
 #include "fs2004/airports.h"
 #include "fs2004/bgl_file.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int64_t Navaid_Fixed_Part = 40;
@@ -65,3 +67,5 @@ const Fs2004_Ils_Rec* Find_Fs2004_Ils(const Fs2004_Ils_Table& table, const std::
     }
     return best;
 }
+
+} // namespace quilmark

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace quilmark {
+
 template <class T> struct Dyn_Array {
     bool allocated = false;
     std::vector<T> items;
@@ -36,3 +38,5 @@ template <class T> struct Dyn_Array {
     const T& operator[](size_t i) const { return items[i]; }
     bool operator==(const Dyn_Array&) const = default;
 };
+
+} // namespace quilmark

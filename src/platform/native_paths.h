@@ -24,6 +24,9 @@
 // (the lowest by bytes if several are). From the first component that has no match on,
 // the rest is appended as given, so the result names a path that does not exist.
 // Empty if the path is empty or names a drive letter that the list lacks.
+
+namespace quilmark {
+
 std::string Resolve_Native_Path(const Drive_List& drives, std::string_view program_path);
 
 // "*" matches any run of characters, "?" exactly one; everything else matches itself
@@ -78,3 +81,5 @@ void Discard_Pending_File(const Pending_File_Rec& file);
 // Replaces the file at a native path by the bytes, through a pending file, so a crash never
 // leaves a half-written file. False if anything fails; the target is then left as it was.
 bool Write_File_Replacing(const std::string& native_path, std::string_view bytes);
+
+} // namespace quilmark

@@ -5,6 +5,9 @@
 #include <cstdint>
 
 // Nearest whole number, halves to even. NaN and infinities come back unchanged.
+
+namespace quilmark {
+
 double Round_Half_Even(double x);
 
 // Nearest multiple of 10^-decimals (0 <= decimals <= 15), halves to even. A value is a
@@ -21,3 +24,5 @@ int32_t To_I32(double x);
 // Saturating narrowing of integer arithmetic done in a wider type.
 int16_t Clamp_I16(int64_t v);
 int32_t Clamp_I32(int64_t v);
+
+} // namespace quilmark

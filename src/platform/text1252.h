@@ -8,6 +8,9 @@
 
 // Upper and lower case by the letters of Windows-1252 (ASCII, the accented letters of
 // 0xC0 to 0xFE, and the pairs š/Š, œ/Œ, ž/Ž, ÿ/Ÿ); every other byte stays as it is.
+
+namespace quilmark {
+
 char Upper_1252_Char(char c);
 char Lower_1252_Char(char c);
 std::string Upper_1252(std::string_view text);
@@ -26,3 +29,5 @@ int Compare_No_Case(std::string_view a, std::string_view b);
 std::string Ansi_To_Utf8(std::string_view ansi);
 // A character that Windows-1252 cannot hold, or a broken UTF-8 sequence, becomes '?'.
 std::string Utf8_To_Ansi(std::string_view utf8);
+
+} // namespace quilmark

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <filesystem>
 
+namespace quilmark {
+
 namespace {
 
 class Encoder {
@@ -308,3 +310,5 @@ Database_Read_Result Read_Airport_Database(const std::string& native_path, int32
     }
     return Decode_Airport_Database(*bytes, airport_count, airports);
 }
+
+} // namespace quilmark

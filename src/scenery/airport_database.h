@@ -13,6 +13,8 @@
 #include "platform/dyn_array.h"
 #include "platform/native_paths.h"
 
+namespace quilmark {
+
 constexpr const char* Database_File_Name = "all_fs_airports.dat";
 
 // The file's bytes for the slots of a list, every slot in index order.
@@ -43,3 +45,5 @@ Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
                                              Dyn_Array<Airport_Rec>& airports);
 Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
                                            Dyn_Array<Airport_Rec>& airports);
+
+} // namespace quilmark

@@ -23,8 +23,13 @@
 //   3. a Local other than fs_path + "\Scenery" (compared in lower case) becomes lower case
 //      + "\scenery"; a Remote becomes lower case + "\scenery".
 // Empty fields stay empty.
+
+namespace quilmark {
+
 void Locate_Scenery_Folders(Module1& m, const Drive_List& drives);
 
 // The drive list for the program's fs_path: the drives of the Wine prefix that holds the
 // simulator folder, or the plain list outside one.
 Drive_List Drive_List_For_Fs_Path(const std::string& fs_path);
+
+} // namespace quilmark

@@ -4,6 +4,8 @@
 
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 bool Load_Magdec(Bgl_Image& image, Magvar_Grid& grid, const std::string& native_path) {
     if (!Load_Bgl_Image(image, native_path)) {
         return false;
@@ -61,3 +63,5 @@ int16_t Normalize_Degrees(int16_t h) {
     }
     return static_cast<int16_t>(v);
 }
+
+} // namespace quilmark

@@ -10,6 +10,9 @@
 
 // Loads magdec.bgl (a native path) into the image and, if the file holds a grid, the
 // grid from it. False if the file could not be read; the grid is then left as it was.
+
+namespace quilmark {
+
 bool Load_Magdec(Bgl_Image& image, Magvar_Grid& grid, const std::string& native_path);
 // Fills the grid from the image, the values starting 8 bytes behind grid_position.
 void Read_Magvar_Grid(const Bgl_Image& image, Magvar_Grid& grid, int32_t grid_position);
@@ -20,3 +23,5 @@ int16_t True_To_Magnetic(const Magvar_Grid& grid, double heading, double lat, do
 int16_t Magnetic_To_True(const Magvar_Grid& grid, double heading, double lat, double lon);
 // One fold at most: above 360 loses 360, then below 0 gains 360. 360 stays 360.
 int16_t Normalize_Degrees(int16_t h);
+
+} // namespace quilmark

@@ -4,6 +4,8 @@
 
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 void Sort_List_Entries(std::vector<std::string>& entries) {
     std::stable_sort(
         entries.begin(), entries.end(),
@@ -25,3 +27,5 @@ std::vector<std::string> Recording_Chooser_Form::Distinct_Status_Texts() const {
     }
     return out;
 }
+
+} // namespace quilmark

@@ -11,6 +11,8 @@
 #include "platform/drives.h"
 #include "platform/native_paths.h"
 
+namespace quilmark {
+
 struct Form3_Data {
     Bgl_Image bgl_image;
     // True if the database file existed when the scan looked: the airport walker then
@@ -29,3 +31,5 @@ struct Form3_Data {
     // The drives through which the program's paths reach the file system; set by the scan.
     Drive_List drives;
 };
+
+} // namespace quilmark

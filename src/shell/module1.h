@@ -12,6 +12,8 @@
 #include "scenery/scenery_area.h"
 #include "shell/config_rec.h"
 
+namespace quilmark {
+
 struct Module1 {
     // Configuration file and its working copies.
     Config_Rec config;
@@ -49,3 +51,5 @@ struct Module1 {
     int16_t aircraft_heading = 0; // true, whole degrees; negative past 180
     double altimeter_value = 0;
 };
+
+} // namespace quilmark

@@ -10,6 +10,8 @@
 #include "shell/module1.h"
 #include "shell/qt_program.h"
 
+namespace quilmark {
+
 QImage Splash_Picture() {
     QImage image(320, 240, QImage::Format_RGB32);
     QPainter p(&image);
@@ -94,3 +96,5 @@ void Form1::Choose_First_Form() {
     program_.Unload_Form1();
     program_.Show_Form3();
 }
+
+} // namespace quilmark

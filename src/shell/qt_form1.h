@@ -7,6 +7,9 @@
 #include <QWidget>
 
 class QLabel;
+
+namespace quilmark {
+
 class Quilmark_Program;
 
 class Form1 : public QWidget {
@@ -32,3 +35,5 @@ class Form1 : public QWidget {
 
 // The splash picture, 320 by 240: an airport chart of the program's own drawing.
 QImage Splash_Picture();
+
+} // namespace quilmark

@@ -18,6 +18,8 @@
 #include "shell/module1.h"
 #include "shell/qt_program.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -201,7 +203,7 @@ void Form2::Command1_Click() {
         return;
     }
     if (Write_First_Config(program_.module(), Option1->isChecked(),
-                           QString_To_Ansi(Text1->text())) != Config_Status::ok) {
+                           QString_To_Ansi(Text1->text())) != Config_Status::Ok) {
         program_.Message(this,
                          "The settings file quilmark_config.cfg could not be written in this "
                          "folder. Please start the program in a folder where it may write.",
@@ -230,3 +232,5 @@ void Form2::Form_Unload() {
                      Message_Icon::Information);
     program_.End_Program();
 }
+
+} // namespace quilmark

@@ -13,6 +13,9 @@ class QLineEdit;
 class QListWidget;
 class QPushButton;
 class QRadioButton;
+
+namespace quilmark {
+
 class Quilmark_Program;
 
 class Form2 : public QWidget {
@@ -49,3 +52,5 @@ class Form2 : public QWidget {
     Quilmark_Program& program_;
     std::string dir1_path_;
 };
+
+} // namespace quilmark

@@ -18,6 +18,8 @@
 #include "shell/module1.h"
 #include "shell/qt_program.h"
 
+namespace quilmark {
+
 namespace {
 
 int Bar_Number(float value) {
@@ -212,3 +214,5 @@ void Form3::Hand_Over_To_Chart() {
     program_.Unload_Form3();
     program_.Show_Form4();
 }
+
+} // namespace quilmark

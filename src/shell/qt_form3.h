@@ -17,6 +17,9 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+
+namespace quilmark {
+
 class Quilmark_Program;
 struct Form3_Data;
 
@@ -73,3 +76,5 @@ class Form3 : public QMainWindow, public Chooser_Form {
     std::vector<std::string> pending_entries_;
     bool scan_started_ = false;
 };
+
+} // namespace quilmark

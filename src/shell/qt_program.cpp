@@ -17,6 +17,8 @@
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
 
+namespace quilmark {
+
 QString Ansi_To_QString(const std::string& ansi) {
     return QString::fromStdString(Ansi_To_Utf8(ansi));
 }
@@ -234,3 +236,5 @@ void Quilmark_Program::End_Program() {
         services_.end_program();
     }
 }
+
+} // namespace quilmark

@@ -10,8 +10,12 @@
 
 #include "shell/chooser_form.h"
 
-class Link_Transport;
 class QWidget;
+class QString;
+
+namespace quilmark {
+
+class Link_Transport;
 struct Module1;
 class Form1;
 class Form2;
@@ -103,6 +107,7 @@ void Use_Program_Font();
 void Fit_Width(QWidget* control);
 
 // Windows-1252 texts of the program on Qt widgets.
-class QString;
 QString Ansi_To_QString(const std::string& ansi);
 std::string QString_To_Ansi(const QString& text);
+
+} // namespace quilmark

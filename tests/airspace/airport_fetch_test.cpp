@@ -9,6 +9,8 @@
 #include "support/hooked_form.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace {
 
 Airport_Rec Airport(const std::string& ident, const std::string& name, double lat, double lon) {
@@ -137,8 +139,8 @@ TEST(AirportFetch, AirspaceMemoryIsBoundedPerFetch) {
     f.m->atc_data_path = dir.Sub("atc");
     f.Fill({Airport("KSEA", "SEATTLE", 47.45, -122.31)});
     f.Fetch(std::string("KSEA (SEATTLE)"));
-    constexpr int64_t each = sizeof(Airspace_Rec) + sizeof(Boundary_Point_Rec);
-    EXPECT_EQ(f.m->airspace_count, Max_Airspace_Bytes_Per_Fetch / each);
+    constexpr int64_t Bytes_Each = sizeof(Airspace_Rec) + sizeof(Boundary_Point_Rec);
+    EXPECT_EQ(f.m->airspace_count, Max_Airspace_Bytes_Per_Fetch / Bytes_Each);
 }
 
 TEST(AirportFetch, RunningOutOfMemoryIsReported) {
@@ -172,3 +174,5 @@ TEST(AirportFetch, RunningOutOfMemoryIsReported) {
         EXPECT_EQ(f.m->airports.Slot_Count(), c.chart_opens ? 1u : 2u);
     }
 }
+
+} // namespace quilmark

@@ -4,6 +4,8 @@
 #include "airspace/airport_fetch.h"
 #include "support/decode.h"
 
+namespace quilmark {
+
 namespace {
 
 int32_t Lat(double degrees) {
@@ -179,3 +181,5 @@ TEST(AirspaceClass, RuleAtItsLimits) {
         EXPECT_EQ(Airspace_Class(a), c.expected) << c.floor << ".." << c.ceiling;
     }
 }
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "bgl/geodesy.h"
 #include "support/decode.h"
 
+namespace quilmark {
+
 namespace {
 
 // Decodes one airport whose stream holds the given records; a grid may be given.
@@ -257,3 +259,5 @@ TEST(TaxiwayBlock, ASecondListOfASizeReplacesTheFirst) {
     EXPECT_EQ(a.taxi_points.Slot_Count(), 1u);
     EXPECT_EQ(a.taxi_points[0].point_kind, 9);
 }
+
+} // namespace quilmark

@@ -3,6 +3,8 @@
 
 #include "support/decode.h"
 
+namespace quilmark {
+
 namespace {
 
 Airport_Entry Entry(const std::string& ident, const std::string& name = "") {
@@ -118,3 +120,5 @@ TEST(AirportWalker, IdentifierIsTheEntryTextWithoutPadding) {
     EXPECT_EQ(m->airports.Slot_Count(), 2u);
     EXPECT_EQ(m->airports[1], Airport_Rec{});
 }
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 #include "bgl/bgl_image.h"
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 namespace {
 
 Bgl_Image Image_Of(Bytes bytes) {
@@ -94,3 +96,5 @@ TEST(BglImage, LoadsAWholeFileWithASpareByte) {
     EXPECT_FALSE(Load_Bgl_Image(image, path + ".missing"));
     EXPECT_EQ(Bgl_File_Length(image), 0);
 }
+
+} // namespace quilmark

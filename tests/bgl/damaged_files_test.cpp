@@ -9,6 +9,8 @@
 #include "support/decode.h"
 #include "support/example_field.h"
 
+namespace quilmark {
+
 namespace {
 
 struct Totals {
@@ -128,3 +130,5 @@ TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWorkOrTheAirports) {
     EXPECT_EQ(Decode_Totals(Shared_Block_File(120000, Name_Record("x"))).airports,
               Max_Airports_Per_File);
 }
+
+} // namespace quilmark

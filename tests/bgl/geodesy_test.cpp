@@ -6,6 +6,8 @@
 #include "bgl/geodesy.h"
 #include "scenery/magdec.h"
 
+namespace quilmark {
+
 TEST(Geodesy, ArcFunctionsGiveZeroOutsideTheirDomain) {
     const double above = std::nextafter(1.0, 2.0);
     const double below = std::nextafter(-1.0, -2.0);
@@ -14,7 +16,7 @@ TEST(Geodesy, ArcFunctionsGiveZeroOutsideTheirDomain) {
     EXPECT_EQ(Acos(above), 0);
     EXPECT_EQ(Acos(below), 0);
     EXPECT_EQ(Acos(1), 0);
-    EXPECT_EQ(Acos(-1), pi);
+    EXPECT_EQ(Acos(-1), Pi);
     EXPECT_NEAR(Asin(0.5), std::asin(0.5), 1e-15);
     EXPECT_NEAR(Acos(-0.5), std::acos(-0.5), 1e-14);
     EXPECT_EQ(Fmod(-1, 360), 359);
@@ -61,3 +63,5 @@ TEST(Geodesy, DestinationsAndDistances) {
     EXPECT_EQ(Distance_Feet(0, 0, 0, 1.0 / 60), 6080); // feet of the chart's nautical mile
     EXPECT_EQ(Distance_Feet(0, 0, 0, 1), 32767);       // capped
 }
+
+} // namespace quilmark

@@ -12,6 +12,8 @@
 #include "support/tool_run.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 TEST(ToolBgl, HandCheckedAirport) {
     const std::string dir = ::testing::TempDir();
     Write_File(dir + "/kxyz.bgl", Example_Field());
@@ -155,3 +157,5 @@ TEST(ToolBgl, InputsThatAreNoRegularFilesAreRefusedAtOnce) {
     }
     EXPECT_FALSE(pipe.Reader_Was_Stuck());
 }
+
+} // namespace quilmark

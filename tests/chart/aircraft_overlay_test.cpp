@@ -4,6 +4,8 @@
 #include "chart/aircraft_overlay.h"
 #include "chart_test_support.h"
 
+namespace quilmark {
+
 TEST(Altimeter, ValueByUnitsAndItsShortestText) {
     struct Case {
         uint16_t raw;
@@ -57,3 +59,5 @@ TEST(DrawAircraft, GreenDiscHeadingLineAndLabelOnlyWithTheLink) {
     Draw_Aircraft(s, Make_View(0, 0, 0.01 / 2048, 0.01 / 2048, 300, 300, 20), m);
     EXPECT_EQ(Format_Surface_Op(s.ops[3]), "Ellipse 147 -2147483645 153 -2147483648");
 }
+
+} // namespace quilmark

@@ -4,6 +4,8 @@
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
 
+namespace quilmark {
+
 namespace {
 
 const char* const Class_B = "Airspace Class B";
@@ -150,3 +152,5 @@ TEST(DrawAirspaces, LinesMoveThePenAndUnknownKindsAndOpenOutlinesAddNothing) {
     std::vector<std::string> lines = Recorded_Op_Lines(d.s);
     EXPECT_EQ(std::vector<std::string>(lines.end() - 5, lines.end()), Final_State);
 }
+
+} // namespace quilmark

@@ -7,6 +7,8 @@
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
 
+namespace quilmark {
+
 namespace {
 
 // 0.01 degrees square about 0, 0 on 1000 pixels: 100 pixels to the thousandth degree.
@@ -187,3 +189,5 @@ TEST(DrawILS, FeatherOpensTenDegreesAboutTheTrueReciprocal) {
         EXPECT_GT(std::hypot(pa.x - p.x, pa.y - p.y), 480);
     }
 }
+
+} // namespace quilmark

@@ -10,6 +10,9 @@
 #include "shell/module1.h"
 
 // Appends as the decoders do: the list keeps one spare empty slot above its count.
+
+namespace quilmark {
+
 template <class T> void Append(Dyn_Array<T>& list, int32_t& count, T item) {
     list.Resize_Keep(static_cast<size_t>(count) + 1);
     list[static_cast<size_t>(count)] = std::move(item);
@@ -141,3 +144,5 @@ inline std::string Ops(const Recording_Surface& s) {
 inline std::string Line_Op(const char* name, Pixel_Rec a) {
     return std::string(name) + " " + std::to_string(a.x) + " " + std::to_string(a.y);
 }
+
+} // namespace quilmark

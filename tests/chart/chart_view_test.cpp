@@ -5,6 +5,8 @@
 
 #include "chart_test_support.h"
 
+namespace quilmark {
+
 namespace {
 
 // 0 to 4 degrees both ways.
@@ -156,3 +158,5 @@ TEST(ChartTickRedraw, FollowsTheAircraftOnlyWithTheLinkOpenAndFollowOn) {
             << c.follow << c.connected;
     }
 }
+
+} // namespace quilmark

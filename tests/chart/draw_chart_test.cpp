@@ -4,6 +4,8 @@
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
 
+namespace quilmark {
+
 namespace {
 
 // An airport with one of everything, a class B circle around it and the aircraft on
@@ -128,3 +130,5 @@ TEST(DrawChart, WithNothingToDrawSetsOnlyTheStepStates) {
     };
     EXPECT_EQ(Recorded_Op_Lines(s), expected);
 }
+
+} // namespace quilmark

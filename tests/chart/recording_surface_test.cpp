@@ -4,6 +4,8 @@
 
 #include "chart/recording_surface.h"
 
+namespace quilmark {
+
 TEST(RecordingSurface, EachCallIsOneLineInItsFixedForm) {
     Recording_Surface s;
     s.Cls();
@@ -53,3 +55,5 @@ TEST(RecordingSurface, TextIsQuotedEscapedAndConvertedToUtf8) {
         EXPECT_EQ(Format_Surface_Op(s.ops[0]), c.line);
     }
 }
+
+} // namespace quilmark

@@ -10,6 +10,8 @@
 #include "scenery/magdec.h"
 #include "support/fs2004_writer.h"
 
+namespace quilmark {
+
 namespace {
 
 struct Decoded {
@@ -379,3 +381,5 @@ TEST(Fs2004Files, DamagedFilesEndEveryWalkWithinTheirBytes) {
         }
     }
 }
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 
 #include <filesystem>
 
+namespace quilmark {
+
 namespace {
 
 Bytes Le16(uint16_t v) {
@@ -141,3 +143,5 @@ TEST(AirportDatabase, WrittenThroughATemporaryFileAndNeverReadWhenHuge) {
     EXPECT_EQ(Read_Airport_Database("huge.dat", 1, back), Database_Read_Result::Damaged);
     EXPECT_EQ(back.Slot_Count(), 1u);
 }
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "scenery/magdec.h"
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 namespace {
 
 std::unique_ptr<Magvar_Grid> Grid_With(int index, int16_t value) {
@@ -93,3 +95,5 @@ TEST(Magdec, VariationInWholeDegreesAndOneFold) {
     auto grid = Grid_With(90, 1821);
     EXPECT_EQ(True_To_Magnetic(*grid, 10, 0, 400), 10); // off the world: no variation
 }
+
+} // namespace quilmark

@@ -22,6 +22,8 @@
 #include "support/named_pipe.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace {
 
 struct Scan_Result {
@@ -33,7 +35,7 @@ struct Scan_Result {
 // A start of the program in the current directory: the configuration file, then one scan.
 std::unique_ptr<Scan_Result> Start(Recording_Chooser_Form* ui = nullptr) {
     auto r = std::make_unique<Scan_Result>();
-    EXPECT_EQ(Read_Config_File(*r->m, Config_File_Name), Config_Status::ok);
+    EXPECT_EQ(Read_Config_File(*r->m, Config_File_Name), Config_Status::Ok);
     Run_Scenery_Scan(*r->m, *r->form, ui != nullptr ? *ui : r->ui);
     return r;
 }
@@ -55,7 +57,7 @@ void Small_World(const Work_Dir& dir, const std::string& cfg,
         Write_File(dir.Sub("fs/" + path), One_Airport_File(ident, Name_Record(name, 16)));
     }
     Module1 m;
-    ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::Ok);
 }
 
 } // namespace
@@ -63,7 +65,7 @@ void Small_World(const Work_Dir& dir, const std::string& cfg,
 TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
     Work_Dir dir("scan-sample");
     Module1 init;
-    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
     const auto config_size = std::filesystem::file_size(Config_File_Name);
 
     auto first = Start();
@@ -103,7 +105,7 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
 TEST(ScanSequence, DamagedDatabaseIsReportedAndRebuilt) {
     Work_Dir dir("scan-damaged");
     Module1 init;
-    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
     auto first = Start();
     const auto size = std::filesystem::file_size(Database_File_Name);
     std::filesystem::resize_file(Database_File_Name, size / 2);
@@ -182,7 +184,7 @@ TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
     Start();
     std::filesystem::remove(Config_File_Name);
     Module1 fresh;
-    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::Ok);
     auto r = Start();
     EXPECT_TRUE(r->ui.list.empty());
     EXPECT_TRUE(r->ui.messages.empty());
@@ -272,7 +274,7 @@ TEST(ScanSequence, ABuildThatCannotStoreItsCountKeepsNoDatabase) {
 
         std::filesystem::remove_all(Config_File_Name);
         Module1 m;
-        ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::ok);
+        ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::Ok);
         EXPECT_EQ(Start()->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
         std::filesystem::remove(Database_File_Name);
     }
@@ -330,7 +332,7 @@ TEST(ScanSequence, AKillDuringTheWritesNeverLeavesAnEmptyList) {
     Module1 init;
     auto fresh_start = [&] {
         std::filesystem::remove(Database_File_Name);
-        ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+        ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
     };
     std::vector<std::chrono::steady_clock::duration> undisturbed;
     for (int i = 0; i < 3; ++i) {
@@ -349,3 +351,5 @@ TEST(ScanSequence, AKillDuringTheWritesNeverLeavesAnEmptyList) {
         ASSERT_EQ(Start()->ui.Sorted_List(), expected) << "kill " << i;
     }
 }
+
+} // namespace quilmark

@@ -9,6 +9,8 @@
 #include "shell/module1.h"
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 inline void Decode_Bgl_Bytes(Module1& module, const Bytes& bytes, bool database_present = false) {
     auto form = std::make_unique<Form3_Data>();
     form->database_present = database_present;
@@ -31,3 +33,5 @@ inline Bytes One_Airport_File(const std::string& ident, const Bytes& stream) {
 inline Bytes Concat(std::initializer_list<Bytes> parts) {
     return Concat_Bytes(parts);
 }
+
+} // namespace quilmark

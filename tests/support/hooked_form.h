@@ -8,6 +8,8 @@
 
 #include "shell/chooser_form.h"
 
+namespace quilmark {
+
 class Hooked_Chooser_Form : public Recording_Chooser_Form {
   public:
     Hooked_Chooser_Form(std::string status, std::function<void()> action)
@@ -24,3 +26,5 @@ class Hooked_Chooser_Form : public Recording_Chooser_Form {
     std::string at_status_;
     std::function<void()> action_;
 };
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <unistd.h>
 
+namespace quilmark {
+
 Work_Dir::Work_Dir(const std::string& name) {
     path_ = std::filesystem::temp_directory_path() /
             ("quilmark-test-" + name + "-" + std::to_string(::getpid()));
@@ -36,3 +38,5 @@ void Write_Text(const std::string& path, const std::string& text) {
     std::ofstream out(path, std::ios::binary);
     out << text;
 }
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <string>
 
+namespace quilmark {
+
 class Work_Dir {
   public:
     explicit Work_Dir(const std::string& name);
@@ -24,3 +26,5 @@ std::string Sample_World_Folder();
 
 // Writes a text file, creating its folders.
 void Write_Text(const std::string& path, const std::string& text);
+
+} // namespace quilmark

@@ -10,6 +10,8 @@
 #include "chart/chart_test_support.h"
 #include "chart/qt_export.h"
 
+namespace quilmark {
+
 namespace {
 
 // An airport with a runway, an ILS, a taxiway, a gate, and a class B ring around it.
@@ -107,3 +109,5 @@ TEST(ChartExport, RefusesUnknownTypesAndEmptySizes) {
     EXPECT_NE(Export_Chart_Image(Sample_Path(0, "png"), 0, Height, nullptr), "");
     EXPECT_NE(Export_Chart_Image("/nonexistent-folder/chart.png", 10, 10, nullptr), "");
 }
+
+} // namespace quilmark

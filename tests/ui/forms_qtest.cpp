@@ -39,6 +39,8 @@
 #include "support/fake_module.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace {
 
 struct Recorded_Message {
@@ -519,3 +521,5 @@ TEST(UnderWindowManager, LinkFailureMessageOpensAboveTheChart) {
     EXPECT_TRUE(over_the_chart);
     EXPECT_TRUE(seen);
 }
+
+} // namespace quilmark

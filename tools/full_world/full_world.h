@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+namespace quilmark {
+
 struct Full_World_Summary {
     int64_t airports = 0;
     int64_t runways = 0;
@@ -31,3 +33,5 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, Full_World_S
 
 // The seed the benchmarks use.
 constexpr uint64_t Full_World_Seed = 20020101;
+
+} // namespace quilmark

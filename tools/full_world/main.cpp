@@ -6,6 +6,7 @@
 #include "full_world.h"
 
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc != 2 && argc != 3) {
         std::cerr << "usage: quilmark-full-world OUT_FOLDER [SEED]\n";
         return 2;

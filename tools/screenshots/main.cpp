@@ -22,6 +22,8 @@
 #include "shell/qt_program.h"
 #include "support/fake_module.h"
 
+namespace quilmark {
+
 namespace {
 
 void Settle(int ms = 300) {
@@ -71,7 +73,10 @@ std::string Make_Home_With_Prefix(const std::filesystem::path& home) {
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc != 4) {
         std::cerr << "usage: quilmark-screenshots FS_FOLDER WORK_FOLDER OUT_FOLDER\n";
         return 2;
