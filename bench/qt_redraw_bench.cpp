@@ -5,7 +5,7 @@
 #include <chrono>
 
 #include "chart/qt_form4.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

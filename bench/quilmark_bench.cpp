@@ -29,13 +29,13 @@
 #include "chart/recording_surface.h"
 #include "platform/native_paths.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/locate_folders.h"
 #include "scenery/scan_sequence.h"
 #include "scenery/scenery_cfg.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 #ifdef QUILMARK_BENCH_QT
 #include "qt_redraw_bench.h"

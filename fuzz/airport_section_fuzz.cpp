@@ -9,7 +9,7 @@
 #include "bgl/sections.h"
 #include "fuzz_support.h"
 #include "scenery/airport_database.h"
-#include "shell/form3_data.h"
+#include "state/form3_data.h"
 
 namespace quilmark {
 

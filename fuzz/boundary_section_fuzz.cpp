@@ -7,7 +7,7 @@
 #include "airspace/airport_fetch.h"
 #include "bgl/sections.h"
 #include "fuzz_support.h"
-#include "shell/form3_data.h"
+#include "state/form3_data.h"
 
 namespace quilmark {
 

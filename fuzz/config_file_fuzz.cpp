@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "fuzz_support.h"
-#include "shell/config_file.h"
+#include "scenery/config_file.h"
 
 namespace quilmark {
 

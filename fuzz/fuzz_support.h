@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

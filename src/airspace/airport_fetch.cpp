@@ -4,9 +4,9 @@
 
 #include "bgl/sections.h"
 #include "platform/native_paths.h"
-#include "shell/chooser_form.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

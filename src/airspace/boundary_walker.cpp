@@ -1,9 +1,9 @@
 #include "airspace/boundary_walker.h"
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -2,8 +2,8 @@
 #include "bgl/airport_walker.h"
 #include "platform/rounding.h"
 #include "platform/text1252.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "bgl/bgl_image.h"
-#include "scenery/magvar_grid.h"
+#include "geo/magnetic_variation.h"
 
 namespace quilmark {
 

@@ -1,10 +1,10 @@
 #include <cmath>
 
-#include "bgl/airport_model.h"
 #include "bgl/airport_stream.h"
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
-#include "scenery/magdec.h"
+#include "state/airport_model.h"
 
 namespace quilmark {
 

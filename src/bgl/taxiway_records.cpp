@@ -4,11 +4,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "bgl/airport_stream.h"
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
 #include "platform/text1252.h"
+#include "state/airport_model.h"
 
 namespace quilmark {
 

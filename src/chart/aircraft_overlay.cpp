@@ -2,9 +2,9 @@
 
 #include <charconv>
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

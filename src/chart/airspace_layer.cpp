@@ -6,11 +6,11 @@
 #include <cmath>
 #include <string>
 
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_records.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

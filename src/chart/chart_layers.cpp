@@ -1,9 +1,9 @@
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_records.h"
+#include "geo/geodesy.h"
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
-#include "scenery/magdec.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

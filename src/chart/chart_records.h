@@ -6,11 +6,10 @@
 
 #include "platform/dyn_array.h"
 
-// The entries 0 to count - 1 that the array really holds: a count larger than the array
-// (a damaged record) does not lead outside it.
-
 namespace quilmark {
 
+// The entries 0 to count - 1 that the array really holds: a count larger than the array
+// (a damaged record) does not lead outside it.
 template <class T> size_t Filled_Count(const Dyn_Array<T>& list, int32_t count) {
     if (count <= 0) {
         return 0;

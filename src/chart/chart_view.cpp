@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "platform/rounding.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -1,6 +1,6 @@
 #include "chart/aircraft_overlay.h"
 #include "chart/chart_draw.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -8,11 +8,10 @@
 
 #include "chart/surface.h"
 
-// Draws one chart onto the surface it is given, for example
-//   [&](Surface& s) { Redraw_Chart(s, view, module); }
-
 namespace quilmark {
 
+// Draws one chart onto the surface it is given, for example
+//   [&](Surface& s) { Redraw_Chart(s, view, module); }
 using Chart_Paint = std::function<void(Surface&)>;
 
 // Renders the chart into a file of width by height pixels, in the format that the

@@ -14,8 +14,8 @@
 #include "chart/qt_surface.h"
 #include "link/link_transport.h"
 #include "platform/rounding.h"
-#include "shell/module1.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

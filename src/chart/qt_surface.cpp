@@ -11,7 +11,7 @@
 #include <cmath>
 #include <string>
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "platform/text1252.h"
 
 namespace quilmark {

@@ -17,13 +17,12 @@
 
 #include "chart/surface.h"
 
+namespace quilmark {
+
 // The font of every label on the chart: DejaVu Sans at 11 pixels (about 8 points on a
 // 96 dpi screen). Its size is given in pixels so that it is the same on every device,
 // whatever the device's resolution. The desktop program also makes it the application
 // font.
-
-namespace quilmark {
-
 QFont Chart_Label_Font();
 
 // Small pieces of a chart, its labels and parking discs, drawn once into transparent

@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "shell/module1.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

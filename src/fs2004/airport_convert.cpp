@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include "bgl/geodesy.h"
 #include "fs2004/bgl_file.h"
+#include "geo/geodesy.h"
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
 #include "platform/text1252.h"
-#include "scenery/magdec.h"
 
 namespace quilmark {
 

@@ -3,16 +3,15 @@
 // an airport of either simulator alike.
 #pragma once
 
-#include "bgl/airport_model.h"
 #include "fs2004/airports.h"
 #include "fs2004/ils.h"
 #include "fs2004/name_list.h"
-#include "scenery/magvar_grid.h"
-
-// Largest list of the ground network the program's count fields hold.
+#include "geo/magnetic_variation.h"
+#include "state/airport_model.h"
 
 namespace quilmark {
 
+// Largest list of the ground network the program's count fields hold.
 constexpr size_t Max_Fs2004_Network_List = 32767;
 
 // ident and name (upper case; from the name list when the airport has no name of its

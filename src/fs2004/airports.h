@@ -9,13 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "bgl/bgl_image.h"
-
-// Record ids of the airport section: the airport and its sub-records.
+#include "state/airport_model.h"
 
 namespace quilmark {
 
+// Record ids of the airport section: the airport and its sub-records.
 constexpr uint16_t Fs2004_Id_Airport = 0x0003;
 constexpr uint16_t Fs2004_Id_Runway = 0x0004;
 constexpr uint16_t Fs2004_Id_Com = 0x0012;

@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <string>
 
-#include "airspace/airspace_model.h"
 #include "bgl/bgl_image.h"
 #include "platform/dyn_array.h"
+#include "state/airspace_model.h"
 
 namespace quilmark {
 

@@ -1,8 +1,8 @@
 #include "fs2004/ils.h"
 
-#include "bgl/geodesy.h"
 #include "fs2004/airports.h"
 #include "fs2004/bgl_file.h"
+#include "geo/geodesy.h"
 
 namespace quilmark {
 

@@ -9,10 +9,9 @@
 
 #include "bgl/bgl_image.h"
 
-// Airport ident to airport name, as the file has the name.
-
 namespace quilmark {
 
+// Airport ident to airport name, as the file has the name.
 using Fs2004_Name_Table = std::unordered_map<std::string, std::string>;
 
 // Adds the airport names of the file's name lists to the table; an ident already there

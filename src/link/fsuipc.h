@@ -14,11 +14,10 @@
 
 #include "link/link_transport.h"
 
-// What an operation of the link came to. The numbers are the module protocol's own result
-// codes, so that a code printed in a diagnosis means the same everywhere.
-
 namespace quilmark {
 
+// What an operation of the link came to. The numbers are the module protocol's own result
+// codes, so that a code printed in a diagnosis means the same everywhere.
 enum class Link_Result : int32_t {
     Ok = 0,
     Already_Open = 1,          // Link_Open

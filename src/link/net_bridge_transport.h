@@ -14,11 +14,10 @@
 #include "link/bridge_server.h"
 #include "link/local_kernel.h"
 
-// System errors as the Windows side would name them, so that Link_Process tells a missing
-// bridge (a failed send with an error, Send_Failed) from a silent one.
-
 namespace quilmark {
 
+// System errors as the Windows side would name them, so that Link_Process tells a missing
+// bridge (a failed send with an error, Send_Failed) from a silent one.
 constexpr uint32_t Bridge_Error_Refused = 10061;   // WSAECONNREFUSED: nothing listens
 constexpr uint32_t Bridge_Error_Timed_Out = 10060; // WSAETIMEDOUT: no whole answer in time
 constexpr uint32_t Bridge_Error_Invalid_Data = 13; // ERROR_INVALID_DATA: not a bridge's answer

@@ -12,10 +12,9 @@
 #include <string_view>
 #include <vector>
 
-// Drive types as Windows numbers them; the scenery folders use only fixed and CD-ROM drives.
-
 namespace quilmark {
 
+// Drive types as Windows numbers them; the scenery folders use only fixed and CD-ROM drives.
 constexpr int16_t Drive_Type_Unknown = 0;
 constexpr int16_t Drive_Type_Removable = 1;
 constexpr int16_t Drive_Type_Fixed = 2;

@@ -14,6 +14,8 @@
 
 #include "platform/drives.h"
 
+namespace quilmark {
+
 // The native path for a program path. Accepted forms:
 //   "C:\dir\file", "c:dir\file"  a drive letter, mapped through the list;
 //   "\dir\file", "/dir/file"     the native root "/" (so native absolute paths pass);
@@ -24,9 +26,6 @@
 // (the lowest by bytes if several are). From the first component that has no match on,
 // the rest is appended as given, so the result names a path that does not exist.
 // Empty if the path is empty or names a drive letter that the list lacks.
-
-namespace quilmark {
-
 std::string Resolve_Native_Path(const Drive_List& drives, std::string_view program_path);
 
 // "*" matches any run of characters, "?" exactly one; everything else matches itself

@@ -4,10 +4,9 @@
 
 #include <cstdint>
 
-// Nearest whole number, halves to even. NaN and infinities come back unchanged.
-
 namespace quilmark {
 
+// Nearest whole number, halves to even. NaN and infinities come back unchanged.
 double Round_Half_Even(double x);
 
 // Nearest multiple of 10^-decimals (0 <= decimals <= 15), halves to even. A value is a

@@ -6,11 +6,10 @@
 #include <string>
 #include <string_view>
 
-// Upper and lower case by the letters of Windows-1252 (ASCII, the accented letters of
-// 0xC0 to 0xFE, and the pairs š/Š, œ/Œ, ž/Ž, ÿ/Ÿ); every other byte stays as it is.
-
 namespace quilmark {
 
+// Upper and lower case by the letters of Windows-1252 (ASCII, the accented letters of
+// 0xC0 to 0xFE, and the pairs š/Š, œ/Œ, ž/Ž, ÿ/Ÿ); every other byte stays as it is.
 char Upper_1252_Char(char c);
 char Lower_1252_Char(char c);
 std::string Upper_1252(std::string_view text);

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "platform/dyn_array.h"
 #include "platform/native_paths.h"
+#include "state/airport_model.h"
 
 namespace quilmark {
 

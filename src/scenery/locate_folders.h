@@ -12,7 +12,9 @@
 #include <string>
 
 #include "platform/drives.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 // Three passes over the areas 0 to scenery_area_count - 1, with the fixed and CD-ROM
 // drives of the list:
@@ -23,9 +25,6 @@
 //   3. a Local other than fs_path + "\Scenery" (compared in lower case) becomes lower case
 //      + "\scenery"; a Remote becomes lower case + "\scenery".
 // Empty fields stay empty.
-
-namespace quilmark {
-
 void Locate_Scenery_Folders(Module1& m, const Drive_List& drives);
 
 // The drive list for the program's fs_path: the drives of the Wine prefix that holds the

@@ -8,13 +8,13 @@
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/locate_folders.h"
 #include "scenery/magdec.h"
 #include "scenery/scenery_cfg.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/drives.h"
-#include "scenery/scenery_area.h"
+#include "state/scenery_area.h"
 
 namespace quilmark {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "shell/module1.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

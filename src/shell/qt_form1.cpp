@@ -6,9 +6,9 @@
 #include <QPainterPath>
 #include <filesystem>
 
-#include "shell/config_file.h"
-#include "shell/module1.h"
+#include "scenery/config_file.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

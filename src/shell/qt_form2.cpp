@@ -14,9 +14,9 @@
 #include <filesystem>
 
 #include "platform/drives.h"
-#include "shell/config_file.h"
-#include "shell/module1.h"
+#include "scenery/config_file.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -14,9 +14,9 @@
 
 #include "airspace/airport_fetch.h"
 #include "scenery/scan_sequence.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
 #include "shell/qt_program.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
 
 class QComboBox;
 class QGroupBox;

@@ -12,10 +12,10 @@
 #include "dialogs/qt_form6.h"
 #include "link/net_bridge_transport.h"
 #include "platform/text1252.h"
-#include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
 
 class QWidget;
 class QString;

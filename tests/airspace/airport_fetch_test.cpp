@@ -4,7 +4,7 @@
 
 #include "airspace/airport_fetch.h"
 #include "platform/drives.h"
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
 #include "support/work_dir.h"

@@ -2,7 +2,7 @@
 // and the taxiway block.
 #include <gtest/gtest.h>
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "support/decode.h"
 
 namespace quilmark {

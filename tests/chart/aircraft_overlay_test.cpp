@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "bgl/geodesy.h"
 #include "chart/aircraft_overlay.h"
 #include "chart_test_support.h"
+#include "geo/geodesy.h"
 
 namespace quilmark {
 

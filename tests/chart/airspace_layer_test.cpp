@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
+#include "geo/geodesy.h"
 
 namespace quilmark {
 

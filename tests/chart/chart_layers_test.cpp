@@ -3,9 +3,9 @@
 #include <cmath>
 #include <limits>
 
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
+#include "geo/geodesy.h"
 
 namespace quilmark {
 

@@ -7,12 +7,11 @@
 
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
-#include "shell/module1.h"
-
-// Appends as the decoders do: the list keeps one spare empty slot above its count.
+#include "state/module1.h"
 
 namespace quilmark {
 
+// Appends as the decoders do: the list keeps one spare empty slot above its count.
 template <class T> void Append(Dyn_Array<T>& list, int32_t& count, T item) {
     list.Resize_Keep(static_cast<size_t>(count) + 1);
     list[static_cast<size_t>(count)] = std::move(item);

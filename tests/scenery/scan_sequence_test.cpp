@@ -14,9 +14,9 @@
 
 #include "platform/native_paths.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
+#include "state/chooser_form.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
 #include "support/named_pipe.h"

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "bgl/sections.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 #include "support/bgl_writer.h"
 
 namespace quilmark {

@@ -11,10 +11,9 @@
 
 #include "support/bgl_writer.h"
 
-// Inverses of the decoder's encodings.
-
 namespace quilmark {
 
+// Inverses of the decoder's encodings.
 uint32_t Pack_Latitude(double degrees);  // (90 - degrees) * 2^29 / 180
 uint32_t Pack_Longitude(double degrees); // (degrees + 180) * 3 * 2^28 / 360
 uint32_t Pack_Icao(std::string_view text, bool shifted);

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
 
 namespace quilmark {
 

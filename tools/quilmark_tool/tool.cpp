@@ -19,12 +19,12 @@
 #include "link_check.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/magdec.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 
 namespace quilmark {
 

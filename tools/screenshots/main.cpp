@@ -15,11 +15,11 @@
 
 #include "chart/qt_form4.h"
 #include "dialogs/qt_form6.h"
-#include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 #include "support/fake_module.h"
 
 namespace quilmark {

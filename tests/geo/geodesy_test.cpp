@@ -3,7 +3,7 @@
 #include <cmath>
 #include <memory>
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "scenery/magdec.h"
 
 namespace quilmark {

@@ -1,4 +1,4 @@
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
 
 #include <algorithm>
 

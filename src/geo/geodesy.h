@@ -1,12 +1,11 @@
 // Great-circle routines on a unit sphere, distances as central angles, one nautical mile
-// one minute of arc. Pi is the 15-digit constant everywhere, and every factor below is
+// one minute of arc. pi is the 15-digit constant everywhere, and every factor below is
 // derived from it once, so that the program's numbers agree to the last bit.
 #pragma once
 
 #include <cstdint>
 
-#include "bgl/airport_model.h"
-#include "scenery/magvar_grid.h"
+#include "geo/magnetic_variation.h"
 
 namespace quilmark {
 
@@ -17,6 +16,13 @@ constexpr double Radians_To_Degrees = 180 / Pi;
 constexpr double Nautical_Miles_To_Radians = Pi / 10800;
 constexpr double Radians_To_Nautical_Miles = 10800 / Pi;
 constexpr double Metres_Per_Nautical_Mile = 1852;
+
+// A position, degrees, north and east positive.
+struct Geo_Point_Rec {
+    double lat = 0;
+    double lon = 0;
+    bool operator==(const Geo_Point_Rec&) const = default;
+};
 
 // Arc sine and arc cosine that give 0 for an argument outside -1..1.
 double Asin(double x);

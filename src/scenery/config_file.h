@@ -15,14 +15,13 @@
 #include <string>
 #include <string_view>
 
-#include "shell/config_rec.h"
-#include "shell/module1.h"
-
-// The file's name. A bare name: every access finds it in the process's current directory
-// as it is at that moment.
+#include "state/config_rec.h"
+#include "state/module1.h"
 
 namespace quilmark {
 
+// The file's name. A bare name: every access finds it in the process's current directory
+// as it is at that moment.
 inline constexpr char Config_File_Name[] = "quilmark_config.cfg";
 inline constexpr char Config_Title[] = "Quilmark v1.1";
 

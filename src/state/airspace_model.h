@@ -7,10 +7,9 @@
 
 #include "platform/dyn_array.h"
 
-// Boundary_Point_Rec::kind
-
 namespace quilmark {
 
+// Boundary_Point_Rec::kind
 constexpr uint8_t Point_Start = 0;   // begins a figure
 constexpr uint8_t Point_Fix = 1;     // centre for the arcs and circles that follow
 constexpr uint8_t Point_Circle = 2;  // circle of radius about the centre

@@ -1,4 +1,4 @@
-#include "bgl/airport_model.h"
+#include "state/airport_model.h"
 
 namespace quilmark {
 

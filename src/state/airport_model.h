@@ -9,12 +9,6 @@
 
 namespace quilmark {
 
-struct Geo_Point_Rec {
-    double lat = 0;
-    double lon = 0;
-    bool operator==(const Geo_Point_Rec&) const = default;
-};
-
 struct Runway_Rec {
     std::string end1_name; // designator of the primary end: "9L", "27"
     std::string end2_name; // designator of the reciprocal end

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "platform/native_paths.h"
-#include "shell/config_file.h"
+#include "scenery/config_file.h"
 #include "support/work_dir.h"
 
 namespace quilmark {

@@ -1,4 +1,4 @@
-#include "shell/config_file.h"
+#include "scenery/config_file.h"
 
 #include <filesystem>
 #include <optional>

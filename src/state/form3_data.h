@@ -6,10 +6,10 @@
 
 #include <vector>
 
-#include "airspace/airspace_model.h"
 #include "bgl/bgl_image.h"
 #include "platform/drives.h"
 #include "platform/native_paths.h"
+#include "state/airspace_model.h"
 
 namespace quilmark {
 

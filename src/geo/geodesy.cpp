@@ -1,9 +1,9 @@
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 
 #include <cmath>
 
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
-#include "scenery/magdec.h"
 
 namespace quilmark {
 
