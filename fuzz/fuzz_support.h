@@ -1,6 +1,6 @@
 // Shared pieces of the fuzz targets: a check that stops the run with a message (so that
-// libFuzzer keeps the input as a crash), a module with a variation grid that is not all
-// zero, and the little-endian word at the front of an input.
+// libFuzzer keeps the input as a crash), a variation grid that is not all zero, and the
+// little-endian word at the front of an input.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "state/module1.h"
+#include "geo/magnetic_variation.h"
+#include "platform/dyn_array.h"
 
 namespace quilmark {
 
@@ -36,12 +37,6 @@ inline const Magvar_Grid& Fuzz_Grid() {
         return g;
     }();
     return grid;
-}
-
-inline std::unique_ptr<Module1> Fuzz_Module() {
-    auto m = std::make_unique<Module1>();
-    m->magvar_grid = Fuzz_Grid();
-    return m;
 }
 
 inline int32_t Fuzz_Leading_I32(const uint8_t* data, size_t size) {

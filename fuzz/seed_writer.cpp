@@ -5,11 +5,10 @@
 #include <memory>
 #include <string>
 
-#include "bgl/sections.h"
+#include "bgl/airport_walker.h"
 #include "fuzz_support.h"
 #include "scenery/airport_database.h"
 #include "scenery/config_file.h"
-#include "state/form3_data.h"
 #include "support/bgl_writer.h"
 #include "support/example_field.h"
 #include "support/fs2004_writer.h"
@@ -250,15 +249,16 @@ void Config_Seeds() {
 
 void Database_Seeds() {
     // The airports of the airport seeds, as the build would store them.
-    auto m = Fuzz_Module();
-    auto form = std::make_unique<Form3_Data>();
-    m->airports.Release();
+    Dyn_Array<Airport_Rec> airports;
+    int32_t airport_count = 0;
+    airports.Release();
+    Bgl_Image image;
     for (const Bytes& file : {Example_Field(), Airport_File({{"KSEA", Busy_Airport_Stream()}})}) {
-        Set_Bgl_Image(form->bgl_image, file);
-        Read_BGL_Sections(*form, *m);
+        Set_Bgl_Image(image, file);
+        Read_Airport_Section(image, Fuzz_Grid(), true, airports, airport_count);
     }
-    const std::vector<uint8_t> database = Encode_Airport_Database(m->airports);
-    for (int32_t count : {m->airport_count, m->airport_count - 1, m->airport_count + 1}) {
+    const std::vector<uint8_t> database = Encode_Airport_Database(airports);
+    for (int32_t count : {airport_count, airport_count - 1, airport_count + 1}) {
         Byte_Writer w;
         w.I32(count);
         w.Append(database);

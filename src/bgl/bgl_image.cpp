@@ -49,6 +49,17 @@ bool Charge_Walk(Bgl_Image& image, int64_t bytes) {
     return true;
 }
 
+bool Take_Record_Step(Bgl_Image& image, int64_t position, int64_t length, Step_Charge charge) {
+    const int64_t file_length = Bgl_File_Length(image);
+    if (length <= 0 || position >= file_length) {
+        return false;
+    }
+    if (charge == Step_Charge::Header) {
+        return Charge_Walk(image, 8);
+    }
+    return Charge_Walk(image, length < file_length - position ? length : file_length - position);
+}
+
 uint8_t Read_Byte(const Bgl_Image& image, int64_t position) {
     if (position < 0 || position >= static_cast<int64_t>(image.bytes.size())) {
         return 0;

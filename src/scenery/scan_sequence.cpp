@@ -4,7 +4,7 @@
 #include <new>
 #include <optional>
 
-#include "bgl/sections.h"
+#include "airspace/section_dispatch.h"
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"

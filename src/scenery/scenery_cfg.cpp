@@ -190,9 +190,7 @@ Scenery_Cfg_Status Read_Scenery_Cfg_Text(Module1& m, std::string_view file_bytes
         if (value_bytes > Value_Budget) {
             return Scenery_Cfg_Status::Too_Large;
         }
-        ++m.scenery_area_count;
-        m.scenery_areas.Resize_Keep(static_cast<size_t>(m.scenery_area_count));
-        Scenery_Area& area = m.scenery_areas[static_cast<size_t>(m.scenery_area_count) - 1];
+        Scenery_Area& area = Append(m.scenery_areas, m.scenery_area_count);
         area.Title = values[0];
         area.Texture_ID = values[1];
         area.Active = values[2];

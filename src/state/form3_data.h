@@ -1,4 +1,4 @@
-// The members of the airport chooser that the scan, the decoders and the fetch share.
+// The members of the airport chooser that the scan and the fetch share.
 #pragma once
 
 #include <cstdint>

@@ -5,6 +5,8 @@
 #include "airspace/airport_fetch.h"
 #include "platform/drives.h"
 #include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
 #include "support/work_dir.h"

@@ -11,11 +11,7 @@ namespace {
 
 // Decodes one airport whose stream holds the given records; a grid may be given.
 Airport_Rec Decode(const Bytes& stream, const Magvar_Grid* grid = nullptr) {
-    auto m = std::make_unique<Module1>();
-    if (grid != nullptr) {
-        m->magvar_grid = *grid;
-    }
-    Decode_Bgl_Bytes(*m, One_Airport_File("TEST", stream));
+    auto m = Decode_Bgl_Bytes(One_Airport_File("TEST", stream), {grid});
     EXPECT_EQ(m->airport_count, 1);
     return m->airport_count == 1 ? m->airports[0] : Airport_Rec{};
 }

@@ -19,8 +19,7 @@ struct Totals {
 };
 
 Totals Decode_Totals(const Bytes& bytes) {
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, bytes);
+    auto m = Decode_Bgl_Bytes(bytes);
     Totals t;
     t.airports = m->airport_count;
     for (int32_t i = 0; i < m->airport_count; ++i) {

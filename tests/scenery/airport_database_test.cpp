@@ -27,9 +27,7 @@ Bytes Slice(const Bytes& bytes, size_t at, size_t n) {
 
 // The list the database build leaves for the Example Field file.
 Dyn_Array<Airport_Rec> Decoded_Example() {
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Example_Field());
-    return m->airports;
+    return Decode_Bgl_Bytes(Example_Field())->airports;
 }
 
 } // namespace

@@ -17,6 +17,7 @@
 #include "scenery/config_file.h"
 #include "scenery/scan_sequence.h"
 #include "state/chooser_form.h"
+#include "state/form3_data.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
 #include "support/named_pipe.h"

@@ -10,8 +10,8 @@
 
 #include "airport_json.h"
 #include "airspace/airport_fetch.h"
+#include "airspace/section_dispatch.h"
 #include "bgl/bgl_image.h"
-#include "bgl/sections.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
