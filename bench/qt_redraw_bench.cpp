@@ -4,7 +4,7 @@
 #include <QImage>
 #include <chrono>
 
-#include "chart/qt_form4.h"
+#include "chart/qt_back_buffer.h"
 #include "state/module1.h"
 
 namespace quilmark {
@@ -30,13 +30,14 @@ struct Window_State {
     Qt_Sprite_Cache sprites;
 };
 
-void Redraw_Once(const Chart_View& view, Module1& module, Window_State& window) {
+void Redraw_Once(const Chart_View& view, const Module1& module, Window_State& window) {
     Redraw_Back_Buffer(window.back_buffer, window.sprites, view, module);
 }
 
 } // namespace
 
-double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, bool first_redraw) {
+double Qt_Redraw_Ms(const Chart_View& view, const Module1& module, int iterations,
+                    bool first_redraw) {
     Window_State kept;
     if (!first_redraw) {
         Redraw_Once(view, module, kept);

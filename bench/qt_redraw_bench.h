@@ -18,6 +18,7 @@ void Start_Qt_For_Bench();
 // redraws come after one untimed redraw that makes them; with first_redraw, each timed
 // redraw starts with neither, as a window's first does. Returns the mean milliseconds of
 // one redraw.
-double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, bool first_redraw);
+double Qt_Redraw_Ms(const Chart_View& view, const Module1& module, int iterations,
+                    bool first_redraw);
 
 } // namespace quilmark

@@ -26,6 +26,7 @@
 
 #include "airspace/airport_fetch.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart/recording_surface.h"
 #include "platform/native_paths.h"
 #include "scenery/airport_database.h"

@@ -1,7 +1,6 @@
 #include "chart/qt_export.h"
 
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -16,20 +15,6 @@ namespace quilmark {
 namespace {
 
 constexpr int Export_Dpi = 96;
-
-void Ensure_Gui_Application() {
-    if (QCoreApplication::instance() != nullptr) {
-        return;
-    }
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    static int argc = 1;
-    static char name[] = "quilmark";
-    static char* argv[] = {name, nullptr};
-    // Lives until the process ends.
-    new QGuiApplication(argc, argv);
-}
 
 void Paint_Chart(QPainter& painter, int32_t width, int32_t height, const Chart_Paint& paint) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -104,7 +89,6 @@ std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t h
     if (width <= 0 || height <= 0) {
         return "The image size must be at least 1 by 1 pixels.";
     }
-    Ensure_Gui_Application();
     QString file = QString::fromStdString(path);
     QString suffix = QFileInfo(file).suffix().toLower();
     if (suffix == QStringLiteral("png")) {

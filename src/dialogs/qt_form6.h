@@ -1,6 +1,7 @@
 // Form6, the About box.
 #pragma once
 
+#include "state/form_flow.h"
 #include <QWidget>
 
 class QGroupBox;
@@ -10,11 +11,9 @@ class QPushButton;
 
 namespace quilmark {
 
-class Quilmark_Program;
-
 class Form6 : public QWidget {
   public:
-    explicit Form6(Quilmark_Program& program);
+    explicit Form6(Form_Flow& flow);
 
     QLabel* Label1 = nullptr;
     QGroupBox* Frame1 = nullptr;
@@ -26,7 +25,7 @@ class Form6 : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
 };
 
 } // namespace quilmark

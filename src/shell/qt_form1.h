@@ -2,6 +2,7 @@
 // start in this folder or the chooser on a later one.
 #pragma once
 
+#include "state/form_flow.h"
 #include <QImage>
 #include <QTimer>
 #include <QWidget>
@@ -10,11 +11,11 @@ class QLabel;
 
 namespace quilmark {
 
-class Quilmark_Program;
+struct Module1;
 
 class Form1 : public QWidget {
   public:
-    explicit Form1(Quilmark_Program& program);
+    Form1(Form_Flow& flow, Module1& module);
 
     // The splash timer's one tick.
     void Timer1_Timer();
@@ -29,7 +30,8 @@ class Form1 : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
     QImage picture_;
 };
 

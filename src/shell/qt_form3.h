@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "state/chooser_form.h"
+#include "state/form_flow.h"
 
 class QComboBox;
 class QGroupBox;
@@ -20,12 +21,12 @@ class QPushButton;
 
 namespace quilmark {
 
-class Quilmark_Program;
+struct Module1;
 struct Form3_Data;
 
 class Form3 : public QMainWindow, public Chooser_Form {
   public:
-    explicit Form3(Quilmark_Program& program);
+    Form3(Form_Flow& flow, Module1& module);
     ~Form3() override;
 
     void Form_Load();
@@ -69,7 +70,8 @@ class Form3 : public QMainWindow, public Chooser_Form {
 
   private:
     void Flush_List();
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
     float progress_min_ = 0;
     float progress_max_ = 100;
     float progress_value_ = 0;

@@ -2,6 +2,7 @@
 
 #include "chart/aircraft_overlay.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart_test_support.h"
 
 namespace quilmark {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart/chart_test_support.h"
 #include "chart/qt_export.h"
 

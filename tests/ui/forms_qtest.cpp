@@ -26,7 +26,6 @@
 #include <functional>
 
 #include "chart/chart_draw.h"
-#include "chart/qt_form4.h"
 #include "chart/recording_surface.h"
 #include "dialogs/qt_form5.h"
 #include "dialogs/qt_form6.h"
@@ -34,6 +33,7 @@
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
+#include "shell/qt_form4.h"
 #include "shell/qt_program.h"
 #include "state/module1.h"
 #include "support/fake_module.h"

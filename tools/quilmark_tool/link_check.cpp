@@ -3,11 +3,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "bgl/bgl_image.h"
+#include <memory>
+
 #include "chart/aircraft_overlay.h"
 #include "link/fsuipc.h"
 #include "link/net_bridge_transport.h"
-#include "platform/rounding.h"
+#include "state/module1.h"
 
 namespace quilmark {
 
@@ -134,41 +135,40 @@ class Diagnosis {
         }
     }
 
-    bool Read_One(const char* what, int32_t offset, int32_t size, void* into) {
-        Link_Result result = Link_Result::Ok;
-        if (Link_Read(link, offset, size, into, result) && Link_Process(link, result)) {
-            return true;
-        }
-        out << Format("  %-10s reading offset 0x%04X: ", what, static_cast<unsigned>(offset))
-            << Exchange_Trouble(result) << "\n";
-        return false;
-    }
-
-    // The chart's four values, one exchange each, converted as the chart converts them.
+    // The chart's four values, one exchange each, read and converted by the chart's own code.
     bool Read_Aircraft() {
         out << "Aircraft, read as the chart reads it:\n";
-        int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
-        uint16_t altimeter_raw = 0;
-        if (!Read_One("latitude", 0x0564, 4, &lat_raw)) {
-            return false;
+        auto values = std::make_unique<Module1>();
+        for (size_t i = 0; i < Aircraft_Values.size(); ++i) {
+            const Aircraft_Value_Rec& value = Aircraft_Values[i];
+            int32_t raw = 0;
+            Link_Result result = Link_Result::Ok;
+            if (!Read_Aircraft_Value(link, i, *values, raw, result)) {
+                out << Format("  %-10s reading offset 0x%04X: ", value.name,
+                              static_cast<unsigned>(value.offset))
+                    << Exchange_Trouble(result) << "\n";
+                return false;
+            }
+            out << Format("  %-10s ", value.name);
+            switch (i) {
+            case 0:
+                out << Format("%.6f degrees (raw %d)\n", values->aircraft_lat, raw);
+                break;
+            case 1:
+                out << Format("%.6f degrees (raw %d)\n", values->aircraft_lon, raw);
+                break;
+            case 2:
+                out << Format("%d degrees (raw %d)\n", values->aircraft_heading, raw);
+                break;
+            default: {
+                const auto altimeter = static_cast<uint16_t>(raw);
+                out << "\"" << Altimeter_Text(Altimeter_Value(altimeter, 0))
+                    << "\" in millibars, \"" << Altimeter_Text(Altimeter_Value(altimeter, 1))
+                    << "\" in inches of mercury" << Format(" (raw %u)\n", altimeter);
+                break;
+            }
+            }
         }
-        out << Format("  latitude   %.6f degrees (raw %d)\n", Decode_Latitude(lat_raw), lat_raw);
-        if (!Read_One("longitude", 0x056C, 4, &lon_raw)) {
-            return false;
-        }
-        out << Format("  longitude  %.6f degrees (raw %d)\n", Decode_Longitude(lon_raw), lon_raw);
-        if (!Read_One("heading", 0x0580, 4, &heading_raw)) {
-            return false;
-        }
-        // A heading is a fraction of the whole circle in 32 bits, as a longitude is.
-        out << Format("  heading    %d degrees (raw %d)\n", To_I16(Decode_Longitude(heading_raw)),
-                      heading_raw);
-        if (!Read_One("altimeter", 0x0EC6, 2, &altimeter_raw)) {
-            return false;
-        }
-        out << "  altimeter  \"" << Altimeter_Text(Altimeter_Value(altimeter_raw, 0))
-            << "\" in millibars, \"" << Altimeter_Text(Altimeter_Value(altimeter_raw, 1))
-            << "\" in inches of mercury" << Format(" (raw %u)\n", altimeter_raw);
         return true;
     }
 

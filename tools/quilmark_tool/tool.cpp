@@ -13,6 +13,7 @@
 #include "airspace/section_dispatch.h"
 #include "bgl/bgl_image.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
 #include "command_line.h"
