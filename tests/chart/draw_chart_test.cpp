@@ -16,16 +16,15 @@ Module1 Full_Module() {
     Airport_Rec& a = m.current_airport;
     a.lat = 47.45;
     a.lon = -122.30;
-    Append(a.runways, a.runway_count,
-           Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3080});
-    Append(a.ils, a.ils_count, ILS_Rec{"", 47.4300, -122.3080, 340, ""});
+    Append(a.runways, a.runway_count) =
+        Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3080};
+    Append(a.ils, a.ils_count) = ILS_Rec{"", 47.4300, -122.3080, 340, ""};
     Set_Exact(a.taxi_points, a.taxi_point_count, {{0, 47.445, -122.305}, {0, 47.450, -122.305}});
     Set_Exact(a.parkings, a.parking_count, {{"GATE A 1", 47.447, -122.302, 60}});
     Set_Exact(a.taxi_paths, a.taxi_path_count,
               {{Path_Taxiway, 0, 1, "A"}, {Path_Parking, 0, 0, ""}});
-    Append(
-        m.airspaces, m.airspace_count,
-        Make_Airspace("Airspace Class B", {{Point_Fix, 47.45, -122.30}, {Point_Circle, 0, 0, 10}}));
+    Append(m.airspaces, m.airspace_count) =
+        Make_Airspace("Airspace Class B", {{Point_Fix, 47.45, -122.30}, {Point_Circle, 0, 0, 10}});
     m.follow_aircraft = m.show_ils = m.show_taxiways = m.show_taxiway_ids = m.show_gates =
         m.show_airspace = true;
     m.fsuipc_connected = true;

@@ -23,7 +23,7 @@ std::string Expected_48_Bytes(char count_low, char count_high) {
 }
 
 std::string File_Bytes() {
-    return Read_Whole_File(Config_File_Name).value_or("(missing)");
+    return Read_Whole_File(Config_File_Name, 1 << 20).value_or("(missing)");
 }
 
 } // namespace

@@ -206,7 +206,7 @@ TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
                                  "headings.",
                              "Quilmark Message", Message_Icon::Information}));
     EXPECT_EQ(first->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
-    const std::string database = Read_Whole_File(Database_File_Name).value();
+    const std::string database = Read_Whole_File(Database_File_Name, Max_Database_File_Size).value();
 
     // A damaged path, and a count that no longer fits the database: the path leads to no
     // scenery.cfg, so nothing is built, and the complete database stays as it is. A pipe
@@ -228,7 +228,7 @@ TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
         EXPECT_TRUE(r->ui.list.empty());
         EXPECT_EQ(r->ui.status_texts.back(), "Done");
         EXPECT_TRUE(r->ui.controls_enabled);
-        EXPECT_EQ(Read_Whole_File(Database_File_Name),
+        EXPECT_EQ(Read_Whole_File(Database_File_Name, Max_Database_File_Size),
                   with_database ? database : std::optional<std::string>());
     }
     EXPECT_FALSE(magdec.Reader_Was_Stuck());
