@@ -5,8 +5,9 @@
 //   quilmark-bench [--world FS_FOLDER] [--repetitions N] [--only CASE,CASE...]
 //
 // Cases: first_run_scan, later_run_scan, get_airport, redraw_recording_9,
-// redraw_recording_14, redraw_qt_9, redraw_qt_14, redraw_qt_first_14. The scans work in a temporary
-// folder, as the program works in its current directory.
+// redraw_recording_14, redraw_qt_9, redraw_qt_14, redraw_qt_first_14, diagram_recording,
+// diagram_qt, diagram_qt_first. The scans work in a temporary folder, as the program works
+// in its current directory.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -26,7 +27,9 @@
 
 #include "airspace/airport_fetch.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_records.h"
 #include "chart/chart_sequence.h"
+#include "chart/diagram_layout.h"
 #include "chart/recording_surface.h"
 #include "platform/native_paths.h"
 #include "scenery/airport_database.h"
@@ -227,6 +230,63 @@ struct Bench {
         results.push_back(r);
     }
 
+    // The airport diagram of the same airport, fitted to a 1920 by 1080 view with its
+    // frame, label placement included.
+    Diagram_Source_Rec Diagram_Source() const {
+        const Module1& m = *chart_module;
+        return {m.current_airport, Filled_Span(m.airspaces, m.airspace_count), m.magvar_grid, {}};
+    }
+
+    template <class Draw> void Diagram_Case(const std::string& name, double target, Draw draw) {
+        constexpr int Iterations = 20;
+        Case_Result r{name, {}, {}, target, ""};
+        const Diagram_Source_Rec source = Diagram_Source();
+        const Diagram_View_Rec view =
+            Fit_Diagram_View(source.airport, 1920, 1080, Diagram_Frame_Insets(1920, 1080));
+        for (int i = 0; i < repetitions; ++i) {
+            r.ms.push_back(draw(source, view, Iterations));
+        }
+        Recording_Surface ops;
+        Diagram_Layout_Rec layout;
+        Layout_Diagram(source, view, Diagram_Options_Rec{}, ops, layout);
+        Paint_Diagram(layout, ops);
+        r.note = std::to_string(ops.ops.size()) + " surface calls, " +
+                 std::to_string(layout.texts.size() + layout.frame_texts.size()) + " texts";
+        results.push_back(r);
+    }
+
+    void Diagrams() {
+        if (Wanted("diagram_recording")) {
+            Diagram_Case(
+                "diagram, recording, 1920x1080", 5,
+                [](const Diagram_Source_Rec& source, const Diagram_View_Rec& view, int iterations) {
+                    const auto start = Clock::now();
+                    for (int k = 0; k < iterations; ++k) {
+                        Recording_Surface surface;
+                        Draw_Diagram(surface, source, view, Diagram_Options_Rec{});
+                    }
+                    return Ms_Since(start) / iterations;
+                });
+        }
+#ifdef QUILMARK_BENCH_QT
+        Start_Qt_For_Bench();
+        if (Wanted("diagram_qt")) {
+            Diagram_Case(
+                "diagram, QPainter 1920x1080", 5,
+                [](const Diagram_Source_Rec& source, const Diagram_View_Rec& view, int iterations) {
+                    return Qt_Diagram_Redraw_Ms(source, view, iterations, false);
+                });
+        }
+        if (Wanted("diagram_qt_first")) {
+            Diagram_Case(
+                "first diagram, QPainter 1920x1080", 10,
+                [](const Diagram_Source_Rec& source, const Diagram_View_Rec& view, int iterations) {
+                    return Qt_Diagram_Redraw_Ms(source, view, iterations, true);
+                });
+        }
+#endif
+    }
+
     void Redraws() {
         auto recording = [this](const Chart_View& view, int iterations) {
             const auto start = Clock::now();
@@ -307,7 +367,9 @@ struct Bench {
         }
         const bool need_list = Wanted("get_airport") || Wanted("redraw_recording_9") ||
                                Wanted("redraw_recording_14") || Wanted("redraw_qt_9") ||
-                               Wanted("redraw_qt_14") || Wanted("redraw_qt_first_14");
+                               Wanted("redraw_qt_14") || Wanted("redraw_qt_first_14") ||
+                               Wanted("diagram_recording") || Wanted("diagram_qt") ||
+                               Wanted("diagram_qt_first");
         if (Wanted("later_run_scan") || need_list) {
             Ensure_Database();
         }
@@ -319,6 +381,7 @@ struct Bench {
             Get_Airport_Case();
             airports.Clear();
             Redraws();
+            Diagrams();
         }
     }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "platform/dyn_array.h"
 
@@ -16,6 +17,11 @@ template <class T> size_t Filled_Count(const Dyn_Array<T>& list, int32_t count) 
     }
     size_t n = static_cast<size_t>(count);
     return n < list.Slot_Count() ? n : list.Slot_Count();
+}
+
+// The same entries as a span, for code that takes a list without its count.
+template <class T> std::span<const T> Filled_Span(const Dyn_Array<T>& list, int32_t count) {
+    return std::span<const T>(list.items.data(), Filled_Count(list, count));
 }
 
 } // namespace quilmark

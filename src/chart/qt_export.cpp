@@ -60,8 +60,8 @@ std::string Write_Svg(const QString& path, int32_t width, int32_t height,
     return "";
 }
 
-std::string Write_Pdf(const QString& path, int32_t width, int32_t height,
-                      const Chart_Paint& paint) {
+std::string Write_Pdf(const QString& path, int32_t width, int32_t height, int page_count,
+                      const Page_Paint& paint) {
     QPdfWriter writer(path);
     writer.setCreator(QStringLiteral("Quilmark"));
     writer.setTitle(QStringLiteral("Quilmark chart"));
@@ -74,10 +74,17 @@ std::string Write_Pdf(const QString& path, int32_t width, int32_t height,
     if (!painter.begin(&writer)) {
         return "Could not write the image " + path.toStdString() + ".";
     }
-    // The page may come out a fraction of a pixel off the chart's size; map the chart's
-    // pixels onto it exactly.
-    painter.setWindow(0, 0, width, height);
-    Paint_Chart(painter, width, height, paint);
+    for (int page = 0; page < page_count; ++page) {
+        if (page > 0 && !writer.newPage()) {
+            painter.end();
+            return "Could not write the image " + path.toStdString() + ".";
+        }
+        // The page may come out a fraction of a pixel off the chart's size; map the
+        // chart's pixels onto it exactly.
+        painter.setWindow(0, 0, width, height);
+        Paint_Chart(painter, width, height,
+                    [&](Surface& surface) { paint ? paint(surface, page) : void(); });
+    }
     painter.end();
     return "";
 }
@@ -98,9 +105,31 @@ std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t h
         return Write_Svg(file, width, height, paint);
     }
     if (suffix == QStringLiteral("pdf")) {
-        return Write_Pdf(file, width, height, paint);
+        return Write_Pdf(file, width, height, 1,
+                         [&](Surface& surface, int) { paint ? paint(surface) : void(); });
     }
     return "Unknown image type \"" + suffix.toStdString() + "\": use .png, .svg or .pdf.";
+}
+
+std::string Export_Pdf_Pages(const std::string& path, int32_t width, int32_t height, int page_count,
+                             const Page_Paint& paint) {
+    if (width <= 0 || height <= 0 || page_count <= 0) {
+        return "The document needs at least one page of at least 1 by 1 pixels.";
+    }
+    return Write_Pdf(QString::fromStdString(path), width, height, page_count, paint);
+}
+
+std::string Export_Trip_Kit(const std::string& path, std::span<const Kit_Airport_Rec> airports,
+                            const Magvar_Grid& grid) {
+    if (airports.empty()) {
+        return "The trip kit needs at least one airport.";
+    }
+    const std::vector<Kit_Page_Rec> pages = Layout_Trip_Kit(airports, grid, Qt_Text_Metrics());
+    return Export_Pdf_Pages(path, Kit_Page_Width, Kit_Page_Height, static_cast<int>(pages.size()),
+                            [&](Surface& surface, int page) {
+                                Draw_Kit_Page(surface, pages[static_cast<size_t>(page)], airports,
+                                              grid);
+                            });
 }
 
 } // namespace quilmark

@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 
 #include "chart/surface.h"
+#include "chart/trip_kit.h"
 
 namespace quilmark {
 
@@ -22,5 +24,18 @@ using Chart_Paint = std::function<void(Surface&)>;
 // makes it.
 std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t height,
                                const Chart_Paint& paint);
+
+// Draws page number page (from 0) of a document onto the surface.
+using Page_Paint = std::function<void(Surface&, int page)>;
+
+// Writes a PDF of page_count pages, each width by height pixels at 96 dpi, drawn one after
+// the other by paint. The path, the result and the Qt application as above.
+std::string Export_Pdf_Pages(const std::string& path, int32_t width, int32_t height, int page_count,
+                             const Page_Paint& paint);
+
+// The trip kit of the airports as a PDF: for each airport its diagram page and its data
+// pages, laid out with the real fonts' measures.
+std::string Export_Trip_Kit(const std::string& path, std::span<const Kit_Airport_Rec> airports,
+                            const Magvar_Grid& grid);
 
 } // namespace quilmark

@@ -3,14 +3,18 @@
 #include <QFontMetricsF>
 #include <QPaintDevice>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
 #include <QRectF>
+#include <QStaticText>
 #include <QString>
 #include <QTransform>
 #include <QVector>
 #include <cmath>
+#include <memory>
 #include <string>
 
+#include "chart/qt_coverage.h"
 #include "geo/geodesy.h"
 #include "platform/text1252.h"
 
@@ -23,7 +27,19 @@ QFont Chart_Label_Font() {
     return font;
 }
 
+QFont Diagram_Font(double size_px, bool bold) {
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setStyleHint(QFont::SansSerif);
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(size_px))));
+    font.setBold(bold);
+    return font;
+}
+
 namespace {
+
+QColor To_QColor(Rgba_Rec color) {
+    return QColor(color.red, color.green, color.blue, color.alpha);
+}
 
 QColor To_QColor(Rgb_Rec color) {
     return QColor(color.red, color.green, color.blue);
@@ -77,6 +93,56 @@ bool Places_Whole_Pixels(const QPainter& painter) {
            t.dy() == std::floor(t.dy());
 }
 
+// The fonts and measures of the diagram's text, by size and weight, made once per
+// process: layouts measure hundreds of labels a redraw.
+struct Diagram_Face {
+    QFont font;
+    QFontMetricsF metrics;
+    double ascent;
+    double descent;
+    // Layouts measure the same labels at every redraw: the advances are kept, up to a
+    // bound.
+    std::unordered_map<std::string, double, Qt_Sprite_Cache::Text_Hash, std::equal_to<>> advances;
+};
+
+Diagram_Face& Face_For(double size_px, bool bold) {
+    static std::unordered_map<int, std::unique_ptr<Diagram_Face>> faces;
+    const int pixels = std::max(1, static_cast<int>(std::lround(size_px)));
+    const int key = pixels * 2 + (bold ? 1 : 0);
+    auto found = faces.find(key);
+    if (found == faces.end()) {
+        QFont font = Diagram_Font(pixels, bold);
+        auto face =
+            std::make_unique<Diagram_Face>(Diagram_Face{font, QFontMetricsF(font), 0, 0, {}});
+        face->ascent = face->metrics.ascent();
+        face->descent = face->metrics.descent();
+        found = faces.emplace(key, std::move(face)).first;
+    }
+    return *found->second;
+}
+
+QPen Figure_Pen(const Stroke_Rec& stroke) {
+    if (stroke.width <= 0 || stroke.color.alpha == 0) {
+        return QPen(Qt::NoPen);
+    }
+    QPen pen(To_QColor(stroke.color));
+    pen.setWidthF(stroke.width);
+    pen.setCapStyle(stroke.round ? Qt::RoundCap : Qt::FlatCap);
+    pen.setJoinStyle(stroke.round ? Qt::RoundJoin : Qt::MiterJoin);
+    if (!stroke.dashes.empty()) {
+        // Qt counts dash lengths in pen widths.
+        QVector<qreal> pattern;
+        for (double d : stroke.dashes) {
+            pattern.push_back(std::max(0.01, d / stroke.width));
+        }
+        if (pattern.size() % 2 == 1) {
+            pattern.push_back(pattern.back());
+        }
+        pen.setDashPattern(pattern);
+    }
+    return pen;
+}
+
 // Room left around a piece's outline for smoothing that spills past it.
 constexpr int Sprite_Margin = 2;
 
@@ -90,6 +156,16 @@ template <class T> void Append_Bytes(std::string& key, const T& value) {
 
 } // namespace
 
+void Qt_Sprite_Cache::Make_Room(size_t sprite_bytes) {
+    if (bytes + sprite_bytes > Max_Bytes) {
+        sprites.clear();
+        text_sprites.clear();
+        text_sprite_count = 0;
+        bytes = 0;
+    }
+    bytes += sprite_bytes;
+}
+
 const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Keep(std::string&& key, Sprite&& sprite) {
     // The key and the table's own entry count too, so that a stream of labels that
     // paint nothing is bounded like any other.
@@ -99,11 +175,7 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Keep(std::string&& key, Sprite&&
     if (sprite_bytes > Max_Bytes / 16) {
         return nullptr;
     }
-    if (bytes + sprite_bytes > Max_Bytes) {
-        sprites.clear();
-        bytes = 0;
-    }
-    bytes += sprite_bytes;
+    Make_Room(sprite_bytes);
     return &sprites.emplace(std::move(key), std::move(sprite)).first->second;
 }
 
@@ -396,6 +468,441 @@ void Qt_Surface::TextOutA(int32_t x, int32_t y, std::string_view text) {
     painter_has_pen = false; // the line pen must be set again
     // drawText places the baseline at the point; the label's top left corner goes there.
     painter.drawText(QPointF(x, y + label_ascent), To_QString(text));
+}
+
+void Qt_Surface::Begin_Figure(const Stroke_Rec& stroke, Rgba_Rec fill) {
+    figure_smoothing_added = !painter.testRenderHint(QPainter::Antialiasing);
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::Antialiasing, true);
+    }
+    painter.setPen(Figure_Pen(stroke));
+    painter.setBrush(fill.alpha == 0 ? QBrush(Qt::NoBrush) : QBrush(To_QColor(fill)));
+}
+
+void Qt_Surface::Figure_Done() {
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    // The classic calls keep the painter's pen and brush between calls; they must set
+    // theirs again after a figure.
+    painter_has_pen = false;
+    painter_has_brush = false;
+}
+
+bool Qt_Surface::Unseen(double min_x, double min_y, double max_x, double max_y, double reach) {
+    return Skips_Unseen() && (max_x + reach < 0 || max_y + reach < 0 ||
+                              min_x - reach > chart_width || min_y - reach > chart_height);
+}
+
+void Qt_Surface::Draw_Polygon(std::span<const Point_F_Rec> points, Rgba_Rec fill,
+                              const Stroke_Rec& outline) {
+    if (points.size() < 2) {
+        return;
+    }
+    figure_points.clear();
+    for (const Point_F_Rec& p : points) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    std::optional<Qt_Coverage_Painter> direct = Qt_Coverage_Painter::For(painter);
+    // An upright rectangle (a background, a panel, a scale bar's step) is a plain fill.
+    if (points.size() == 4 && points[0].y == points[1].y && points[1].x == points[2].x &&
+        points[2].y == points[3].y && points[3].x == points[0].x) {
+        if (fill.alpha > 0) {
+            painter.fillRect(
+                QRectF(QPointF(points[0].x, points[0].y), QPointF(points[2].x, points[2].y))
+                    .normalized(),
+                To_QColor(fill));
+        }
+        if (outline.width > 0 && outline.color.alpha > 0) {
+            Stroke_Figure(true, outline, direct);
+        }
+        return;
+    }
+    // Large smoothed figures are slow for QPainter's rasterizer; convex ones (runways,
+    // feathers) and every outline go straight into an image's pixels where they can.
+    if (fill.alpha > 0) {
+        if (direct && Is_Convex(figure_points)) {
+            direct->Convex(figure_points.data(), figure_points.size(), To_QColor(fill).rgb(),
+                           fill.alpha / 255.0);
+        } else {
+            Begin_Figure({}, fill);
+            painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
+            Figure_Done();
+        }
+    }
+    if (outline.width > 0 && outline.color.alpha > 0) {
+        Stroke_Figure(true, outline, direct);
+    }
+}
+
+void Qt_Surface::Draw_Polyline(std::span<const Point_F_Rec> points, const Stroke_Rec& stroke) {
+    if (points.size() < 2 || stroke.width <= 0 || stroke.color.alpha == 0) {
+        return;
+    }
+    figure_points.clear();
+    for (const Point_F_Rec& p : points) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    Stroke_Figure(false, stroke, Qt_Coverage_Painter::For(painter));
+}
+
+bool Qt_Surface::Is_Convex(const std::vector<QPointF>& points) {
+    const size_t n = points.size();
+    int sign = 0;
+    for (size_t i = 0; i < n; ++i) {
+        const QPointF a = points[(i + 1) % n] - points[i];
+        const QPointF b = points[(i + 2) % n] - points[(i + 1) % n];
+        const double cross = a.x() * b.y() - a.y() * b.x();
+        if (std::abs(cross) < 1e-9) {
+            continue;
+        }
+        const int s = cross > 0 ? 1 : -1;
+        if (sign != 0 && s != sign) {
+            return false;
+        }
+        sign = s;
+    }
+    return sign != 0;
+}
+
+void Qt_Surface::Stroke_Figure(bool closed, const Stroke_Rec& stroke,
+                               std::optional<Qt_Coverage_Painter> direct) {
+    if (!direct) {
+        Begin_Figure(stroke, {});
+        if (closed) {
+            painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
+        } else {
+            painter.drawPolyline(figure_points.data(), static_cast<int>(figure_points.size()));
+        }
+        Figure_Done();
+        return;
+    }
+    const QRgb color = To_QColor(stroke.color).rgb();
+    const double opacity = stroke.color.alpha / 255.0;
+    const double half = stroke.width / 2;
+    if (stroke.round && stroke.color.alpha == 255 && stroke.dashes.empty()) {
+        // Round corners and ends: a round-ended line for each stretch.
+        const size_t n = figure_points.size();
+        for (size_t i = 0; i + 1 < n + (closed ? 1 : 0); ++i) {
+            direct->Capsule(figure_points[i], figure_points[(i + 1) % n], half, color);
+        }
+        return;
+    }
+    if (stroke.dashes.empty()) {
+        direct->Polyline(figure_points.data(), figure_points.size(), closed, half, color, opacity);
+        return;
+    }
+    // Dashes: the pieces of the line where the pattern is on, each drawn as a line.
+    std::vector<QPointF> line = figure_points;
+    if (closed) {
+        line.push_back(line.front());
+    }
+    double total = 0;
+    for (double d : stroke.dashes) {
+        total += std::max(0.0, d);
+    }
+    if (!(total > 0.5)) {
+        direct->Polyline(figure_points.data(), figure_points.size(), closed, half, color, opacity);
+        return;
+    }
+    size_t k = 0;
+    double left = std::max(0.0, stroke.dashes[0]);
+    std::vector<QPointF> piece{line.front()};
+    for (size_t i = 0; i + 1 < line.size(); ++i) {
+        QPointF from = line[i];
+        const QPointF to = line[i + 1];
+        double length = std::hypot(to.x() - from.x(), to.y() - from.y());
+        while (length > 0) {
+            const double step = std::min(length, left);
+            const QPointF at = from + (to - from) * (step / length);
+            const bool on = k % 2 == 0;
+            if (on) {
+                piece.push_back(at);
+            }
+            length -= step;
+            left -= step;
+            from = at;
+            if (left <= 1e-9) {
+                if (on && piece.size() >= 2) {
+                    direct->Polyline(piece.data(), piece.size(), false, half, color, opacity);
+                }
+                k = (k + 1) % stroke.dashes.size();
+                left = std::max(0.0, stroke.dashes[k]);
+                piece.assign(1, from);
+            }
+        }
+        if (k % 2 == 0) {
+            piece.push_back(to);
+        }
+    }
+    if (k % 2 == 0 && piece.size() >= 2) {
+        direct->Polyline(piece.data(), piece.size(), false, half, color, opacity);
+    }
+}
+
+void Qt_Surface::Draw_Segments(std::span<const Point_F_Rec> ends, const Stroke_Rec& stroke) {
+    if (ends.size() < 2 || stroke.width <= 0 || stroke.color.alpha == 0) {
+        return;
+    }
+    // Thousands of taxiway lines a redraw: solid round-ended lines of an opaque colour go
+    // straight into an image's pixels where they can.
+    std::optional<Qt_Coverage_Painter> direct;
+    if (stroke.dashes.empty() && stroke.round && stroke.color.alpha == 255) {
+        direct = Qt_Coverage_Painter::For(painter);
+    }
+    if (direct) {
+        const QRgb color = To_QColor(stroke.color).rgb();
+        const double half = stroke.width / 2;
+        for (size_t i = 0; i + 1 < ends.size(); i += 2) {
+            const Point_F_Rec a = ends[i];
+            const Point_F_Rec b = ends[i + 1];
+            if (!Unseen(std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x),
+                        std::max(a.y, b.y), half + 2)) {
+                direct->Capsule({a.x, a.y}, {b.x, b.y}, half, color);
+            }
+        }
+        return;
+    }
+    figure_points.clear();
+    for (const Point_F_Rec& p : ends) {
+        figure_points.emplace_back(p.x, p.y);
+    }
+    Begin_Figure(stroke, {});
+    painter.drawLines(figure_points.data(), static_cast<int>(figure_points.size() / 2));
+    Figure_Done();
+}
+
+void Qt_Surface::Draw_Circles(std::span<const Circle_F_Rec> circles, Rgba_Rec fill,
+                              const Stroke_Rec& outline) {
+    const bool has_outline = outline.width > 0 && outline.color.alpha > 0;
+    std::optional<Qt_Coverage_Painter> direct;
+    if ((fill.alpha == 0 || fill.alpha == 255) &&
+        (!has_outline || (outline.color.alpha == 255 && outline.dashes.empty()))) {
+        direct = Qt_Coverage_Painter::For(painter);
+    }
+    const double half = has_outline ? outline.width / 2 : 0;
+    if (direct) {
+        // The fill up to the outline's inner edge, then the outline as a ring over it.
+        const QRgb inside_color = To_QColor(fill).rgb();
+        const QRgb edge_color = To_QColor(outline.color).rgb();
+        for (const Circle_F_Rec& c : circles) {
+            if (!(c.radius > 0) ||
+                Unseen(c.centre.x, c.centre.y, c.centre.x, c.centre.y, c.radius + half + 2)) {
+                continue;
+            }
+            const QPointF centre(c.centre.x, c.centre.y);
+            if (fill.alpha > 0 && c.radius > half) {
+                direct->Disc(centre, c.radius - half, inside_color);
+            }
+            if (has_outline) {
+                direct->Ring(centre, c.radius, half, edge_color);
+            }
+        }
+        return;
+    }
+    Begin_Figure(outline, fill);
+    for (const Circle_F_Rec& c : circles) {
+        if (c.radius > 0 &&
+            !Unseen(c.centre.x, c.centre.y, c.centre.x, c.centre.y, c.radius + half + 2)) {
+            painter.drawEllipse(QPointF(c.centre.x, c.centre.y), c.radius, c.radius);
+        }
+    }
+    Figure_Done();
+}
+
+Text_Extent_Rec Qt_Text_Metrics::Measure_Text(std::string_view text, double size_px,
+                                              bool bold) const {
+    Diagram_Face& face = Face_For(size_px, bold);
+    const Text_Extent_Rec extent{0, face.ascent, face.descent};
+    if (auto found = face.advances.find(text); found != face.advances.end()) {
+        return {found->second, extent.ascent, extent.descent};
+    }
+    const double advance = face.metrics.horizontalAdvance(To_QString(text));
+    if (face.advances.size() > 20000) {
+        face.advances.clear();
+    }
+    face.advances.emplace(std::string(text), advance);
+    return {advance, extent.ascent, extent.descent};
+}
+
+Text_Extent_Rec Qt_Surface::Measure_Text(std::string_view text, double size_px, bool bold) const {
+    return Qt_Text_Metrics().Measure_Text(text, size_px, bold);
+}
+
+size_t Qt_Sprite_Cache::Text_Look_Hash::operator()(const Text_Look& look) const {
+    std::string bytes;
+    Append_Bytes(bytes, look.style.color);
+    Append_Bytes(bytes, look.style.halo);
+    Append_Bytes(bytes, look.style.halo_px);
+    Append_Bytes(bytes, look.style.size_px);
+    Append_Bytes(bytes, look.style.bold);
+    Append_Bytes(bytes, look.pixel_ratio);
+    Append_Bytes(bytes, look.angle_deg);
+    return std::hash<std::string>()(bytes);
+}
+
+const Qt_Sprite_Cache::Text_Sprite*
+Qt_Sprite_Cache::Keep_Text(const Text_Look& look, std::string_view text, Text_Sprite&& sprite) {
+    Make_Room(static_cast<size_t>(sprite.image.sizeInBytes()) + text.size() + 64);
+    ++text_sprite_count;
+    return &text_sprites[look].emplace(std::string(text), std::move(sprite)).first->second;
+}
+
+const Qt_Sprite_Cache::Text_Sprite* Qt_Sprite_Cache::Diagram_Text(std::string_view text,
+                                                                  const Text_Style_Rec& style,
+                                                                  double pixel_ratio,
+                                                                  double angle_deg) {
+    // Turned labels are kept turned, to a tenth of a degree, so that placing one is a
+    // plain copy: a layout turns its labels the same way at every redraw.
+    angle_deg = std::round(std::fmod(angle_deg, 360.0) * 10) / 10;
+    const Text_Look look{style, pixel_ratio, angle_deg == 0 ? 0.0 : angle_deg};
+    if (auto kind = text_sprites.find(look); kind != text_sprites.end()) {
+        if (auto found = kind->second.find(text); found != kind->second.end()) {
+            return &found->second;
+        }
+    }
+    if (look.angle_deg != 0) {
+        const Text_Sprite* upright = Diagram_Text(text, style, pixel_ratio, 0);
+        const QImage source = upright->image; // shared, not copied
+        const QPointF middle = upright->middle;
+        QTransform turn;
+        turn.rotate(angle_deg);
+        const QRectF bounds = turn.mapRect(QRectF(-middle, QSizeF(source.deviceIndependentSize())));
+        Text_Sprite sprite;
+        const double quarters = angle_deg / 90;
+        if (quarters == std::round(quarters)) {
+            // A quarter, half or three quarters of a turn moves the pixels as they are.
+            sprite.image = source.transformed(turn);
+            sprite.image.setDevicePixelRatio(pixel_ratio);
+            sprite.middle = -bounds.topLeft();
+            return Keep_Text(look, text, std::move(sprite));
+        }
+        sprite.image = QImage(static_cast<int>(std::ceil(bounds.width() * pixel_ratio)) + 2,
+                              static_cast<int>(std::ceil(bounds.height() * pixel_ratio)) + 2,
+                              QImage::Format_ARGB32_Premultiplied);
+        sprite.image.setDevicePixelRatio(pixel_ratio);
+        sprite.image.fill(Qt::transparent);
+        sprite.middle = -bounds.topLeft() + QPointF(1 / pixel_ratio, 1 / pixel_ratio);
+        {
+            QPainter p(&sprite.image);
+            p.setRenderHint(QPainter::SmoothPixmapTransform);
+            p.translate(sprite.middle);
+            p.rotate(angle_deg);
+            p.drawImage(-middle, source);
+        }
+        return Keep_Text(look, text, std::move(sprite));
+    }
+    const Diagram_Face& face = Face_For(style.size_px, style.bold);
+    const QString q = To_QString(text);
+    const double width = face.metrics.horizontalAdvance(q);
+    const double height = face.metrics.ascent() + face.metrics.descent();
+    const double halo = style.halo.alpha > 0 ? std::max(0.0, style.halo_px) : 0;
+    // Room for the halo, the glyphs' bearings and smoothing.
+    const double pad = halo + 3;
+    Text_Sprite sprite;
+    sprite.image = QImage(static_cast<int>(std::ceil((width + 2 * pad) * pixel_ratio)),
+                          static_cast<int>(std::ceil((height + 2 * pad) * pixel_ratio)),
+                          QImage::Format_ARGB32_Premultiplied);
+    sprite.image.setDevicePixelRatio(pixel_ratio);
+    sprite.image.fill(Qt::transparent);
+    sprite.middle = QPointF(pad + width / 2, pad + height / 2);
+    {
+        QPainter p(&sprite.image);
+        p.setRenderHint(QPainter::TextAntialiasing);
+        p.setFont(face.font);
+        QStaticText laid_out(q);
+        laid_out.setTextFormat(Qt::PlainText);
+        laid_out.prepare(QTransform::fromScale(pixel_ratio, pixel_ratio), face.font);
+        // drawStaticText places the text's top left corner.
+        const QPointF top_left(pad, pad);
+        if (halo > 0) {
+            // The halo: the text drawn around its place in the halo colour.
+            p.setPen(To_QColor(style.halo));
+            const double d = halo * 0.7071;
+            const QPointF around[] = {{halo, 0}, {-halo, 0}, {0, halo}, {0, -halo},
+                                      {d, d},    {-d, d},    {d, -d},   {-d, -d}};
+            for (const QPointF& offset : around) {
+                p.drawStaticText(top_left + offset, laid_out);
+            }
+        }
+        p.setPen(To_QColor(style.color));
+        p.drawStaticText(top_left, laid_out);
+    }
+    return Keep_Text(look, text, std::move(sprite));
+}
+
+void Qt_Surface::Draw_Text(Point_F_Rec centre, double angle_deg, std::string_view text,
+                           const Text_Style_Rec& style) {
+    if (text.empty() || style.color.alpha == 0) {
+        return;
+    }
+    const Diagram_Face& face = Face_For(style.size_px, style.bold);
+    // A label wholly off the chart costs nothing; its box is within its advance and line
+    // of its middle whichever way it is turned.
+    const double reach = face.metrics.maxWidth() * static_cast<double>(text.size()) + 8;
+    if (Unseen(centre.x, centre.y, centre.x, centre.y, reach)) {
+        return;
+    }
+    const QTransform before = painter.transform();
+    // On a raster device drawn at whole device pixels (possibly several to a unit), a kept
+    // image of the label, turned as it is to stand, is placed on whole device pixels.
+    const QPaintDevice* device = painter.device();
+    const double ratio = device != nullptr ? device->devicePixelRatio() : 1;
+    if (sprites != nullptr && Skips_Unseen() && before.type() <= QTransform::TxTranslate) {
+        const Qt_Sprite_Cache::Text_Sprite* sprite =
+            sprites->Diagram_Text(text, style, ratio, angle_deg);
+        const QPointF corner = QPointF(centre.x, centre.y) - sprite->middle;
+        const QPointF device_corner = (corner + QPointF(before.dx(), before.dy())) * ratio;
+        painter.drawImage(QPointF(std::round(device_corner.x()) / ratio - before.dx(),
+                                  std::round(device_corner.y()) / ratio - before.dy()),
+                          sprite->image);
+        return;
+    }
+    const QString q = To_QString(text);
+    const double width = face.metrics.horizontalAdvance(q);
+    // The box's middle on the centre: the baseline half the box's height below its top.
+    const QPointF baseline(-width / 2, (face.metrics.ascent() - face.metrics.descent()) / 2);
+    QTransform placed = before;
+    placed.translate(centre.x, centre.y);
+    placed.rotate(angle_deg);
+    painter.setTransform(placed);
+    figure_smoothing_added = !painter.testRenderHint(QPainter::TextAntialiasing);
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::TextAntialiasing, true);
+    }
+    painter.setFont(face.font);
+    if (style.halo_px > 0 && style.halo.alpha > 0) {
+        if (Skips_Unseen()) {
+            // The halo: the text drawn around its place in the halo colour.
+            painter.setPen(To_QColor(style.halo));
+            const double h = style.halo_px;
+            const double d = h * 0.7071;
+            const QPointF around[] = {{h, 0}, {-h, 0}, {0, h},  {0, -h},
+                                      {d, d}, {-d, d}, {d, -d}, {-d, -d}};
+            for (const QPointF& offset : around) {
+                painter.drawText(baseline + offset, q);
+            }
+        } else {
+            // In a vector file, one outline of the letters' shapes.
+            QPainterPath outline;
+            outline.addText(baseline, face.font, q);
+            const bool smooth = painter.testRenderHint(QPainter::Antialiasing);
+            painter.setRenderHint(QPainter::Antialiasing, true);
+            const QPen halo_pen(To_QColor(style.halo), 2 * style.halo_px, Qt::SolidLine,
+                                Qt::RoundCap, Qt::RoundJoin);
+            painter.strokePath(outline, halo_pen);
+            painter.setRenderHint(QPainter::Antialiasing, smooth);
+        }
+    }
+    painter.setPen(To_QColor(style.color));
+    painter.drawText(baseline, q);
+    if (figure_smoothing_added) {
+        painter.setRenderHint(QPainter::TextAntialiasing, false);
+    }
+    painter.setTransform(before);
+    // The classic labels set the chart font once per surface; a figure's face replaces it.
+    label_ascent = -1;
+    painter_has_pen = false;
 }
 
 } // namespace quilmark

@@ -4,6 +4,7 @@
 
 #include "fs2004/airports.h"
 #include "fs2004/bgl_file.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
 
 namespace quilmark {
@@ -12,7 +13,6 @@ namespace {
 
 constexpr int64_t Boundary_Fixed_Part = 32;
 constexpr int64_t Boundary_Point_Size = 10;
-constexpr double Metres_Per_Nautical_Mile = 1852;
 
 // Point types of an outline (the low 3 bits of the point's type word).
 constexpr uint16_t Outline_Start = 1;

@@ -207,7 +207,8 @@ std::optional<Buffer> Read_Regular_File(const std::string& native_path, uint64_t
 // A temporary file that a write of the target made: "." and the target's name, ".tmp-",
 // and the digits of a random number.
 bool Is_Temp_File_Of(std::string_view name, std::string_view target_name) {
-    const std::string prefix = "." + std::string(target_name) + ".tmp-";
+    std::string prefix(".");
+    prefix.append(target_name).append(".tmp-");
     if (name.size() <= prefix.size() || name.substr(0, prefix.size()) != prefix) {
         return false;
     }
