@@ -21,6 +21,7 @@ root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 tool="$bin/quilmark-tool"
 [[ -x "$tool" ]] || tool="$bin/tools/quilmark-tool"
 screenshots="$bin/quilmark-screenshots"
+diagram="$bin/quilmark-diagram-dev"
 export QT_QPA_PLATFORM=offscreen
 
 rm -rf "$out"
@@ -131,6 +132,27 @@ run chart-bad-zoom chart "X" --zoom 21 --ops
 run chart-both chart "X" --ops --out x.png
 run link-nothing-listening link --port 1
 run db-missing db none.dat 3
+
+# The airport diagram and the trip kit, drawn by the developer's tool that makes them (PDF
+# files carry their time of making and are left out).
+record_diagram() {
+    local name="$1" fs="$2"
+    shift 2
+    "$diagram" "$fs" "$work/diagram-$name" "$@" >"$out/diagram-$name.log" 2>&1
+    echo "exit $?" >>"$out/diagram-$name.log"
+    for file in "$work/diagram-$name"/*.png "$work/diagram-$name"/*.svg; do
+        [[ -e "$file" ]] && cp "$file" "$out/diagram-$name-$(basename "$file")"
+    done
+}
+if [[ -x "$diagram" ]]; then
+    record_diagram sample "$worlds/sample/FS2002" --aircraft 47.4600,-122.3080,-90 \
+        "KSEA (SEATTLE-TACOMA INTL)" "KBFI (BOEING FLD KING CO INTL)" "KOLM (OLYMPIA)"
+    record_diagram follow "$worlds/sample/FS2002" --size 800x600 --zoom 3 --follow \
+        --aircraft 47.4500,-122.3000,45 "KSEA (SEATTLE-TACOMA INTL)"
+    if [[ -d "$worlds/full/FS2002" ]]; then
+        record_diagram full "$worlds/full/FS2002" --largest
+    fi
+fi
 
 # The desktop program's windows, under a window manager.
 if [[ -x "$screenshots" ]]; then

@@ -5,8 +5,8 @@
 // the sub-records nested in it. Positions are absolute file offsets, as in the image.
 //
 // This folder holds the decoders of that format, beside the FS2002 ones of src/bgl and on
-// the same floor: they stand on the image and its readers, the records of src/bgl and the
-// airspace records, and never on the program's shared state.
+// the same floor: they stand on the image and its readers, the airport and airspace
+// records of src/state and the geodesy, and never on the program's shared state.
 #pragma once
 
 #include <cstdint>

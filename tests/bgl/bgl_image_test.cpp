@@ -5,6 +5,7 @@
 
 #include "bgl/bgl_image.h"
 #include "support/bgl_writer.h"
+#include "support/work_dir.h"
 
 namespace quilmark {
 
@@ -87,7 +88,7 @@ TEST(BglEncodings, PositionsAndFrequencies) {
 }
 
 TEST(BglImage, LoadsAWholeFileWithASpareByte) {
-    std::string path = ::testing::TempDir() + "/image_load.bgl";
+    std::string path = Temp_File("image_load.bgl");
     Write_File(path, {1, 2, 3});
     Bgl_Image image;
     ASSERT_TRUE(Load_Bgl_Image(image, path));

@@ -119,16 +119,4 @@ TEST(DrawChart, PenAndBrushEachLayerStartsWith) {
     }
 }
 
-TEST(DrawChart, WithNothingToDrawSetsOnlyTheStepStates) {
-    Module1 m;
-    Recording_Surface s = Redraw_At(m, 13, [](Module1& changed) { changed.airspace_count = 0; });
-    const std::vector<std::string> expected = {
-        "Cls",         "ForeColor 0 192 0", "DrawWidth 4", "DrawStyle 0",       "FillColor 0 0 0",
-        "FillStyle 1", "DrawWidth 2",       "DrawStyle 0", "ForeColor 0 192 0", "DrawWidth 1",
-        "DrawStyle 0", "FillColor 0 0 0",   "FillStyle 1", "ForeColor 0 192 0", "DrawWidth 1",
-        "DrawStyle 0", "FillColor 0 0 0",   "FillStyle 1",
-    };
-    EXPECT_EQ(Recorded_Op_Lines(s), expected);
-}
-
 } // namespace quilmark

@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "geo/geodesy.h"
-#include "scenery/magdec.h"
 
 namespace quilmark {
 
@@ -21,14 +20,6 @@ TEST(Geodesy, ArcFunctionsGiveZeroOutsideTheirDomain) {
     EXPECT_NEAR(Acos(-0.5), std::acos(-0.5), 1e-14);
     EXPECT_EQ(Fmod(-1, 360), 359);
     EXPECT_EQ(Fmod(725, 360), 5);
-}
-
-TEST(Geodesy, NormalizeFoldsOnceAtMost) {
-    const std::pair<int16_t, int16_t> cases[] = {{360, 360}, {361, 1},   {-1, 359}, {-361, -1},
-                                                 {0, 0},     {721, 361}, {720, 360}};
-    for (auto [in, out] : cases) {
-        EXPECT_EQ(Normalize_Degrees(in), out) << in;
-    }
 }
 
 TEST(Geodesy, BearingsRoundTheirFractionUpwards) {

@@ -22,6 +22,12 @@ Work_Dir::~Work_Dir() {
     std::filesystem::remove_all(path_, error);
 }
 
+std::string Temp_File(const std::string& name) {
+    return (std::filesystem::temp_directory_path() /
+            ("quilmark-" + std::to_string(::getpid()) + "-" + name))
+        .string();
+}
+
 std::string Sample_World_Folder() {
     const char* folder = std::getenv("QUILMARK_SAMPLE_WORLD");
     if (folder == nullptr) {

@@ -21,6 +21,10 @@ class Work_Dir {
     std::filesystem::path previous_;
 };
 
+// A path for a file of this name in the temporary folder, this process's own: tests run in
+// processes side by side, and those of other checkouts too.
+std::string Temp_File(const std::string& name);
+
 // The generated sample world (build/sample-world/FS2002).
 std::string Sample_World_Folder();
 
