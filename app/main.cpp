@@ -5,6 +5,7 @@
 #include "shell/qt_program.h"
 
 int main(int argc, char** argv) {
+    using namespace quilmark;
     QApplication app(argc, argv);
     // The program ends by itself when its last form is gone, not when a window closes
     // during a hand-over from one form to the next.

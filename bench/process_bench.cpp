@@ -31,11 +31,13 @@
 
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
-#include "shell/config_file.h"
-#include "shell/module1.h"
+#include "scenery/config_file.h"
+#include "state/module1.h"
 #include "world_files.h"
 
 namespace fs = std::filesystem;
+
+using namespace quilmark;
 
 namespace {
 
@@ -184,7 +186,7 @@ class Process_Bench {
             auto m = std::make_unique<Module1>();
             const std::string folder = w.later_folder.string();
             if (::chdir(folder.c_str()) != 0 ||
-                Read_Config_File(*m, Config_File_Name) != Config_Status::ok ||
+                Read_Config_File(*m, Config_File_Name) != Config_Status::Ok ||
                 Read_Airport_Database(Database_File_Name, m->airport_count, m->airports) !=
                     Database_Read_Result::Ok) {
                 ::_exit(1);

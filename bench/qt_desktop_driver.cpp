@@ -27,12 +27,14 @@
 #include <iostream>
 #include <memory>
 
-#include "chart/qt_form4.h"
-#include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form3.h"
+#include "shell/qt_form4.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 #include "support/fake_module.h"
+
+using namespace quilmark;
 
 namespace {
 

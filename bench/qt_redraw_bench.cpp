@@ -5,9 +5,11 @@
 #include <chrono>
 #include <functional>
 
-#include "chart/qt_form4.h"
+#include "chart/qt_back_buffer.h"
 #include "chart/qt_surface.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 void Start_Qt_For_Bench() {
     if (QCoreApplication::instance() != nullptr) {
@@ -54,7 +56,8 @@ double Mean_Redraw_Ms(int iterations, bool first_redraw,
 
 } // namespace
 
-double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, bool first_redraw) {
+double Qt_Redraw_Ms(const Chart_View& view, const Module1& module, int iterations,
+                    bool first_redraw) {
     return Mean_Redraw_Ms(iterations, first_redraw, [&](Window_State& window) {
         Redraw_Back_Buffer(window.back_buffer, window.sprites, view, module);
     });
@@ -71,3 +74,5 @@ double Qt_Diagram_Redraw_Ms(const Diagram_Source_Rec& source, const Diagram_View
         Draw_Diagram(surface, source, view, Diagram_Options_Rec{});
     });
 }
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "chart/chart_view.h"
 #include "chart/diagram_layout.h"
 
+namespace quilmark {
+
 struct Module1;
 
 // Starts the Qt application (offscreen platform unless QT_QPA_PLATFORM says otherwise)
@@ -17,7 +19,8 @@ void Start_Qt_For_Bench();
 // redraws come after one untimed redraw that makes them; with first_redraw, each timed
 // redraw starts with neither, as a window's first does. Returns the mean milliseconds of
 // one redraw.
-double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, bool first_redraw);
+double Qt_Redraw_Ms(const Chart_View& view, const Module1& module, int iterations,
+                    bool first_redraw);
 
 // The airport diagram's redraw as a window would make it: Draw_Diagram (layout with label
 // placement, then painting) through a Qt_Surface with a sprite cache on a QPainter over a
@@ -26,3 +29,5 @@ double Qt_Redraw_Ms(const Chart_View& view, Module1& module, int iterations, boo
 // milliseconds of one.
 double Qt_Diagram_Redraw_Ms(const Diagram_Source_Rec& source, const Diagram_View_Rec& view,
                             int iterations, bool first_redraw);
+
+} // namespace quilmark

@@ -28,20 +28,24 @@
 #include "airspace/airport_fetch.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_records.h"
+#include "chart/chart_sequence.h"
 #include "chart/diagram_layout.h"
 #include "chart/recording_surface.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/locate_folders.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "scenery/scenery_cfg.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 #include "world_files.h"
 
 #ifdef QUILMARK_BENCH_QT
 #include "qt_redraw_bench.h"
 #endif
+
+namespace quilmark {
 
 namespace fs = std::filesystem;
 
@@ -103,7 +107,7 @@ struct Bench {
     std::unique_ptr<Module1> Scan(Recording_Chooser_Form& ui, double& ms, bool sort) {
         auto m = std::make_unique<Module1>();
         auto form = std::make_unique<Form3_Data>();
-        if (Read_Config_File(*m, Config_File_Name) != Config_Status::ok) {
+        if (Read_Config_File(*m, Config_File_Name) != Config_Status::Ok) {
             throw std::runtime_error("no configuration file in the working folder");
         }
         form->database_present = false;
@@ -291,7 +295,7 @@ struct Bench {
         std::error_code ec;
         fs::remove(Database_File_Name, ec);
         auto m = std::make_unique<Module1>();
-        if (Write_First_Config(*m, true, fs_path) != Config_Status::ok) {
+        if (Write_First_Config(*m, true, fs_path) != Config_Status::Ok) {
             throw std::runtime_error("cannot write the configuration file");
         }
     }
@@ -366,7 +370,10 @@ struct Bench {
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     Bench bench;
     std::string world = QUILMARK_FULL_WORLD_DIR;
     for (int i = 1; i < argc; ++i) {

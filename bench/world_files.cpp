@@ -7,7 +7,9 @@
 #include "scenery/locate_folders.h"
 #include "scenery/scan_sequence.h"
 #include "scenery/scenery_cfg.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 World_Files Find_World_Files(const std::string& fs_path) {
     auto m = std::make_unique<Module1>();
@@ -41,3 +43,5 @@ size_t Largest_Airport_Index(const Dyn_Array<Airport_Rec>& airports, int32_t cou
     }
     return best;
 }
+
+} // namespace quilmark

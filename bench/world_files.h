@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "platform/dyn_array.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 struct World_Files {
     std::vector<std::string> airport_files; // the airport areas' BGL files
@@ -21,3 +23,5 @@ World_Files Find_World_Files(const std::string& fs_path);
 
 // The index of the airport with the most taxi paths among the first count.
 size_t Largest_Airport_Index(const Dyn_Array<Airport_Rec>& airports, int32_t count);
+
+} // namespace quilmark

@@ -1,15 +1,16 @@
-// A BGL file through Read_BGL_Sections as the database build reads it (no database file)
-// and as a later scan reads it (database present). Checks that the lists keep the shape
+// A BGL file's airport section as the database build reads it (no database file) and as a
+// later scan reads it (database present). Checks that the lists keep the shape
 // the chart and the database file rely on, that the work stays in proportion to the file,
 // that the decoded airports survive the database file unchanged, and that with the
 // database present nothing is added.
 #include <cstddef>
 #include <cstdint>
 
-#include "bgl/sections.h"
+#include "bgl/airport_walker.h"
 #include "fuzz_support.h"
 #include "scenery/airport_database.h"
-#include "shell/form3_data.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -28,13 +29,25 @@ int64_t Check_Airport(const Airport_Rec& a) {
            a.taxi_path_count;
 }
 
+// The list the walk appends to, as the scan leaves it before the build.
+struct Airport_List_Rec {
+    Dyn_Array<Airport_Rec> airports;
+    int32_t airport_count = 0;
+};
+
+std::unique_ptr<Airport_List_Rec> Decode(const std::vector<uint8_t>& bytes, bool add_airports) {
+    auto list = std::make_unique<Airport_List_Rec>();
+    if (add_airports) {
+        list->airports.Release();
+    }
+    Bgl_Image image;
+    Set_Bgl_Image(image, bytes);
+    Read_Airport_Section(image, Fuzz_Grid(), add_airports, list->airports, list->airport_count);
+    return list;
+}
+
 void Decode_Without_Database(const std::vector<uint8_t>& bytes) {
-    auto m = Fuzz_Module();
-    auto form = std::make_unique<Form3_Data>();
-    form->database_present = false;
-    m->airports.Release(); // as the scan leaves the list before the build
-    Set_Bgl_Image(form->bgl_image, bytes);
-    Read_BGL_Sections(*form, *m);
+    auto m = Decode(bytes, true);
 
     Fuzz_Check(m->airport_count >= 0, "airport count not negative");
     Fuzz_Check(m->airports.Slot_Count() == static_cast<size_t>(m->airport_count) + 1,
@@ -57,18 +70,17 @@ void Decode_Without_Database(const std::vector<uint8_t>& bytes) {
 }
 
 void Decode_With_Database(const std::vector<uint8_t>& bytes) {
-    auto m = Fuzz_Module();
-    auto form = std::make_unique<Form3_Data>();
-    form->database_present = true;
-    Set_Bgl_Image(form->bgl_image, bytes);
-    Read_BGL_Sections(*form, *m);
+    auto m = Decode(bytes, false);
     Fuzz_Check(m->airport_count == 0 && !m->airports.allocated,
                "with the database present no airport is added");
 }
 
 } // namespace
 
+} // namespace quilmark
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const std::vector<uint8_t> bytes(data, data + size);
     Decode_Without_Database(bytes);
     Decode_With_Database(bytes);

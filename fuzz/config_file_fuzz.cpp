@@ -6,7 +6,9 @@
 #include <string_view>
 
 #include "fuzz_support.h"
-#include "shell/config_file.h"
+#include "scenery/config_file.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -20,7 +22,10 @@ size_t U16_At(std::string_view bytes, size_t at) {
 
 } // namespace
 
+} // namespace quilmark
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     const Config_Rec config = Decode_Config(bytes);
     Fuzz_Check(Config_Fits(config), "a decoded record fits the file");

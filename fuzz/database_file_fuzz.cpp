@@ -10,6 +10,7 @@
 #include "scenery/airport_database.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const int32_t count = Fuzz_Leading_I32(data, size);
     const std::vector<uint8_t> file(data + (size < 4 ? size : 4), data + size);
     Dyn_Array<Airport_Rec> airports;

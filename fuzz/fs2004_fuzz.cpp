@@ -13,6 +13,8 @@
 #include "fuzz_support.h"
 #include "scenery/airport_database.h"
 
+namespace quilmark {
+
 namespace {
 
 int64_t Elements(const Fs2004_Airport_Rec& a) {
@@ -93,7 +95,10 @@ void Decode_Boundaries_Around(const std::vector<uint8_t>& bytes, double lat, dou
 
 } // namespace
 
+} // namespace quilmark
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const std::vector<uint8_t> bytes(data, data + size);
     Decode_Airports(bytes);
     Decode_Boundaries_Around(bytes, 47.45, -122.31); // inside the seeds' boxes

@@ -1,6 +1,6 @@
 // Shared pieces of the fuzz targets: a check that stops the run with a message (so that
-// libFuzzer keeps the input as a crash), a module with a variation grid that is not all
-// zero, and the little-endian word at the front of an input.
+// libFuzzer keeps the input as a crash), a variation grid that is not all zero, and the
+// little-endian word at the front of an input.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,10 @@
 #include <string>
 #include <vector>
 
-#include "shell/module1.h"
+#include "geo/magnetic_variation.h"
+#include "platform/dyn_array.h"
+
+namespace quilmark {
 
 inline void Fuzz_Check(bool holds, const char* what) {
     if (!holds) {
@@ -36,12 +39,6 @@ inline const Magvar_Grid& Fuzz_Grid() {
     return grid;
 }
 
-inline std::unique_ptr<Module1> Fuzz_Module() {
-    auto m = std::make_unique<Module1>();
-    m->magvar_grid = Fuzz_Grid();
-    return m;
-}
-
 inline int32_t Fuzz_Leading_I32(const uint8_t* data, size_t size) {
     uint32_t v = 0;
     for (size_t i = 0; i < 4 && i < size; ++i) {
@@ -55,3 +52,5 @@ template <class T> bool Fuzz_Has_Spare_Slot(const Dyn_Array<T>& list, int64_t co
     return count == 0 ? list.Slot_Count() <= 1
                       : list.Slot_Count() == static_cast<size_t>(count) + 1;
 }
+
+} // namespace quilmark

@@ -4,11 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "bgl/geodesy.h"
 #include "fuzz_support.h"
+#include "geo/geodesy.h"
 #include "scenery/magdec.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     static Bgl_Image image;
     static Magvar_Grid grid;
     grid.fill(0);

@@ -16,6 +16,8 @@
 #include "scenery/scan_sequence.h"
 #include "scenery/scenery_cfg.h"
 
+namespace quilmark {
+
 namespace {
 
 std::vector<std::string_view> Split_Lines(std::string_view bytes) {
@@ -77,18 +79,21 @@ Drive_List Fuzz_Drives() {
 
 } // namespace
 
+} // namespace quilmark
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace quilmark;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     auto m = std::make_unique<Module1>();
     m->scenery_areas.Release();
     const Scenery_Cfg_Status status = Read_Scenery_Cfg_Text(*m, bytes);
-    Fuzz_Check(status != Scenery_Cfg_Status::unreadable, "bytes in memory are always read");
+    Fuzz_Check(status != Scenery_Cfg_Status::Unreadable, "bytes in memory are always read");
     Fuzz_Check(Fuzz_Has_Spare_Slot(m->scenery_areas, m->scenery_area_count),
                "areas keep one spare slot");
 
     const std::vector<Scenery_Area> plain = Plain_Areas(bytes);
     const auto count = static_cast<size_t>(m->scenery_area_count);
-    Fuzz_Check(status == Scenery_Cfg_Status::ok ? count == plain.size() : count <= plain.size(),
+    Fuzz_Check(status == Scenery_Cfg_Status::Ok ? count == plain.size() : count <= plain.size(),
                "as many areas as the plain reading finds");
     for (size_t i = 0; i < count; ++i) {
         Fuzz_Check(m->scenery_areas[i] == plain[i], "every value as the plain reading finds it");

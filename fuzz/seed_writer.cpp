@@ -5,14 +5,15 @@
 #include <memory>
 #include <string>
 
-#include "bgl/sections.h"
+#include "bgl/airport_walker.h"
 #include "fuzz_support.h"
 #include "scenery/airport_database.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
+#include "scenery/config_file.h"
 #include "support/bgl_writer.h"
 #include "support/example_field.h"
 #include "support/fs2004_writer.h"
+
+namespace quilmark {
 
 namespace fs = std::filesystem;
 
@@ -248,15 +249,16 @@ void Config_Seeds() {
 
 void Database_Seeds() {
     // The airports of the airport seeds, as the build would store them.
-    auto m = Fuzz_Module();
-    auto form = std::make_unique<Form3_Data>();
-    m->airports.Release();
+    Dyn_Array<Airport_Rec> airports;
+    int32_t airport_count = 0;
+    airports.Release();
+    Bgl_Image image;
     for (const Bytes& file : {Example_Field(), Airport_File({{"KSEA", Busy_Airport_Stream()}})}) {
-        Set_Bgl_Image(form->bgl_image, file);
-        Read_BGL_Sections(*form, *m);
+        Set_Bgl_Image(image, file);
+        Read_Airport_Section(image, Fuzz_Grid(), true, airports, airport_count);
     }
-    const std::vector<uint8_t> database = Encode_Airport_Database(m->airports);
-    for (int32_t count : {m->airport_count, m->airport_count - 1, m->airport_count + 1}) {
+    const std::vector<uint8_t> database = Encode_Airport_Database(airports);
+    for (int32_t count : {airport_count, airport_count - 1, airport_count + 1}) {
         Byte_Writer w;
         w.I32(count);
         w.Append(database);
@@ -367,7 +369,10 @@ void Fs2004_Seeds() {
     Seed("fs2004", "shared_record.bgl", w.bytes);
 }
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc != 2) {
         std::fprintf(stderr, "usage: fuzz_seed_writer OUT_FOLDER\n");
         return 2;

@@ -2,11 +2,13 @@
 
 #include <new>
 
-#include "bgl/sections.h"
+#include "airspace/section_dispatch.h"
 #include "platform/native_paths.h"
-#include "shell/chooser_form.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -16,9 +18,7 @@ std::string Frequency_Item(const std::string& frequency) {
 
 void Add_Terminal_Airspace(Module1& m) {
     const Airport_Rec& airport = m.current_airport;
-    m.airspace_count += 1;
-    m.airspaces.Resize_Keep(static_cast<size_t>(m.airspace_count));
-    Airspace_Rec& terminal = m.airspaces[static_cast<size_t>(m.airspace_count - 1)];
+    Airspace_Rec& terminal = Append(m.airspaces, m.airspace_count);
     terminal.center_lat = airport.lat;
     terminal.center_lon = airport.lon;
     terminal.floor_alt = 0;
@@ -149,3 +149,5 @@ void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
     Reset_Progress_And_Enable(ui);
     ui.Hand_Over_To_Chart();
 }
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+namespace quilmark {
+
 class Chooser_Form;
 struct Airspace_Rec;
 struct Form3_Data;
@@ -20,3 +22,5 @@ void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
 
 // The class of an airspace from its frequencies, facility name and altitude band.
 std::string Airspace_Class(const Airspace_Rec& airspace);
+
+} // namespace quilmark

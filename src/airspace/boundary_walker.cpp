@@ -1,9 +1,8 @@
 #include "airspace/boundary_walker.h"
 
-#include "bgl/geodesy.h"
 #include "platform/rounding.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -20,7 +19,6 @@ double Boundary_Longitude(int32_t raw) {
 template <class Open_Group>
 void Walk_Group_Chain(Bgl_Image& image, int64_t start, Section_Header header, int32_t wanted_kind,
                       Open_Group open_group) {
-    const int64_t file_length = Bgl_File_Length(image);
     int64_t record_offset = 0;
     for (;;) {
         const int64_t p = start + record_offset;
@@ -32,13 +30,11 @@ void Walk_Group_Chain(Bgl_Image& image, int64_t start, Section_Header header, in
             return;
         }
         const int64_t length = static_cast<int64_t>(header.record_size) + 8;
-        // A record that would not move the walk forward, or one outside the file, ends it.
-        if (length <= 0 || p >= file_length || !Charge_Walk(image, 8)) {
+        if (!Take_Record_Step(image, p, length, Step_Charge::Header)) {
             return;
         }
         record_offset += length;
-        header.record_type = Read_Int32(image, start + record_offset);
-        header.record_size = Read_Int32(image, start + record_offset + 4);
+        header = Read_Section_Header(image, start + record_offset);
     }
 }
 
@@ -62,22 +58,20 @@ bool Is_Boundary_Child(int32_t type) {
 
 // Takes bytes of the fetch's airspace memory. False when they are not there: the record is
 // then passed over.
-bool Take_Airspace_Bytes(Form3_Data& form, int64_t bytes) {
-    if (form.airspace_bytes_left < bytes) {
+bool Take_Airspace_Bytes(Boundary_Walk_Rec& walk, int64_t bytes) {
+    if (walk.bytes_left < bytes) {
         return false;
     }
-    form.airspace_bytes_left -= bytes;
+    walk.bytes_left -= bytes;
     return true;
 }
 
-void Add_Point(Form3_Data& form, Airspace_Rec& airspace, uint8_t kind, double lat, double lon,
-               int32_t radius) {
-    if (!Take_Airspace_Bytes(form, sizeof(Boundary_Point_Rec))) {
+void Add_Point(Boundary_Walk_Rec& walk, Airspace_Rec& airspace, uint8_t kind, double lat,
+               double lon, int32_t radius) {
+    if (!Take_Airspace_Bytes(walk, sizeof(Boundary_Point_Rec))) {
         return;
     }
-    airspace.point_count += 1;
-    airspace.points.Resize_Keep(static_cast<size_t>(airspace.point_count));
-    Boundary_Point_Rec& point = airspace.points[static_cast<size_t>(airspace.point_count - 1)];
+    Boundary_Point_Rec& point = Append(airspace.points, airspace.point_count);
     point.kind = kind;
     point.lat = lat;
     point.lon = lon;
@@ -86,16 +80,13 @@ void Add_Point(Form3_Data& form, Airspace_Rec& airspace, uint8_t kind, double la
 
 // A new airspace for a wanted boundary, its centre in the middle of the box's diagonal.
 // False if the fetch has no memory left for it.
-bool Open_Airspace(Form3_Data& form, Module1& module, double south, double west, double north,
-                   double east) {
-    if (!Take_Airspace_Bytes(form, sizeof(Airspace_Rec))) {
+bool Open_Airspace(Boundary_Walk_Rec& walk, double south, double west, double north, double east) {
+    if (!Take_Airspace_Bytes(walk, sizeof(Airspace_Rec))) {
         return false;
     }
-    module.airspace_count += 1;
-    module.airspaces.Resize_Keep(static_cast<size_t>(module.airspace_count));
-    Airspace_Rec& airspace = module.airspaces[static_cast<size_t>(module.airspace_count - 1)];
+    Airspace_Rec& airspace = Append(walk.airspaces, walk.airspace_count);
     int16_t d = Great_Circle_Distance(north, west, south, east);
-    int16_t k = Great_Circle_Bearing(module.magvar_grid, north, west, south, east);
+    int16_t k = Great_Circle_Bearing(walk.grid, north, west, south, east);
     int16_t h = To_I16(d / 2.0);
     Geo_Point_Rec centre = Great_Circle_Destination(north, west, k, h);
     airspace.center_lat = centre.lat;
@@ -103,12 +94,13 @@ bool Open_Airspace(Form3_Data& form, Module1& module, double south, double west,
     return true;
 }
 
-void Apply_Record(Form3_Data& form, int64_t c, int32_t type, int32_t size, Airspace_Rec& airspace) {
-    const Bgl_Image& image = form.bgl_image;
+void Apply_Record(Boundary_Walk_Rec& walk, int64_t c, int32_t type, int32_t size,
+                  Airspace_Rec& airspace) {
+    const Bgl_Image& image = walk.image;
     switch (type) {
     case Boundary_Name: {
         std::string text = Read_Text(image, c + 8, Clamp_I16(size));
-        if (!Take_Airspace_Bytes(form, static_cast<int64_t>(text.size()) + 2)) {
+        if (!Take_Airspace_Bytes(walk, static_cast<int64_t>(text.size()) + 2)) {
             break;
         }
         // Appended in place: many names in one boundary must not copy the whole text each.
@@ -128,7 +120,7 @@ void Apply_Record(Form3_Data& form, int64_t c, int32_t type, int32_t size, Airsp
                        : type == Boundary_Arc_CW  ? Point_Arc_CW
                        : type == Boundary_Arc_CCW ? Point_Arc_CCW
                                                   : Point_Start;
-        Add_Point(form, airspace, kind, Boundary_Latitude(Read_Int32(image, c + 12)),
+        Add_Point(walk, airspace, kind, Boundary_Latitude(Read_Int32(image, c + 12)),
                   Boundary_Longitude(Read_Int32(image, c + 20)), 0);
         if (type == Boundary_Start) {
             airspace.floor_alt = Read_Int32(image, c + 24);
@@ -137,14 +129,14 @@ void Apply_Record(Form3_Data& form, int64_t c, int32_t type, int32_t size, Airsp
         break;
     }
     case Boundary_Circle:
-        Add_Point(form, airspace, Point_Circle, 0, 0, Read_Int32(image, c + 8));
+        Add_Point(walk, airspace, Point_Circle, 0, 0, Read_Int32(image, c + 8));
         airspace.floor_alt = Read_Int32(image, c + 16);
         airspace.ceiling_alt = Read_Int32(image, c + 20);
         break;
     case Boundary_Com: {
         std::string item = Frequency_Text(Decode_Frequency(Read_Int32(image, c + 8))) + " Mhz  ";
         std::string facility = Read_Text(image, c + 16, Clamp_I16(static_cast<int64_t>(size) - 8));
-        if (Take_Airspace_Bytes(form, static_cast<int64_t>(item.size() + facility.size()))) {
+        if (Take_Airspace_Bytes(walk, static_cast<int64_t>(item.size() + facility.size()))) {
             airspace.freq_text += item;
             airspace.facility_name = std::move(facility);
         }
@@ -157,24 +149,28 @@ void Apply_Record(Form3_Data& form, int64_t c, int32_t type, int32_t size, Airsp
 
 } // namespace
 
-void Walk_Boundary_Section(Form3_Data& form, Module1& module, int64_t section_position,
+void Read_Boundary_Section(Boundary_Walk_Rec& walk) {
+    const int32_t section = Section_Position(walk.image, Bgl_Boundary_Section);
+    if (section > 0) {
+        Walk_Boundary_Section(walk, section, Read_Section_Header(walk.image, section));
+    }
+}
+
+void Walk_Boundary_Section(Boundary_Walk_Rec& walk, int64_t section_position,
                            Section_Header header) {
-    Bgl_Image& image = form.bgl_image;
-    Walk_Group_Chain(image, section_position, header, Group_Kind_Boundary_List, [&](int64_t p) {
-        Section_Header child{Read_Int32(image, p + 16), Read_Int32(image, p + 20)};
-        Walk_Boundary_List(form, module, p + 16, child);
-    });
+    Walk_Group_Chain(walk.image, section_position, header, Group_Kind_Boundary_List,
+                     [&](int64_t p) {
+                         Walk_Boundary_List(walk, p + 16, Read_Section_Header(walk.image, p + 16));
+                     });
 }
 
-void Walk_Boundary_List(Form3_Data& form, Module1& module, int64_t list_position,
-                        Section_Header header) {
-    Walk_Group_Chain(form.bgl_image, list_position, header, Group_Kind_Boundary,
-                     [&](int64_t p) { Read_Boundary_Records(form, module, p); });
+void Walk_Boundary_List(Boundary_Walk_Rec& walk, int64_t list_position, Section_Header header) {
+    Walk_Group_Chain(walk.image, list_position, header, Group_Kind_Boundary,
+                     [&](int64_t p) { Read_Boundary_Records(walk, p); });
 }
 
-void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position) {
-    Bgl_Image& image = form.bgl_image;
-    const int64_t file_length = Bgl_File_Length(image);
+void Read_Boundary_Records(Boundary_Walk_Rec& walk, int64_t position) {
+    Bgl_Image& image = walk.image;
     const int64_t first = position + 16;
     int64_t record_offset = 0;
     bool boundary_wanted = false;
@@ -186,8 +182,7 @@ void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position) 
             return;
         }
         const int64_t length = static_cast<int64_t>(size) + 8;
-        if (length <= 0 || c >= file_length ||
-            !Charge_Walk(image, length < file_length - c ? length : file_length - c)) {
+        if (!Take_Record_Step(image, c, length)) {
             return;
         }
         if (type == Boundary_Box) {
@@ -197,15 +192,17 @@ void Read_Boundary_Records(Form3_Data& form, Module1& module, int64_t position) 
             const double west = Boundary_Longitude(Read_Int32(image, c + 12));
             const double north = Boundary_Latitude(Read_Int32(image, c + 16));
             const double east = Boundary_Longitude(Read_Int32(image, c + 20));
-            const double lat = module.current_airport.lat;
-            const double lon = module.current_airport.lon;
+            const double lat = walk.airport.lat;
+            const double lon = walk.airport.lon;
             if (south < lat && lat < north && west < lon && lon < east) {
-                boundary_wanted = Open_Airspace(form, module, south, west, north, east);
+                boundary_wanted = Open_Airspace(walk, south, west, north, east);
             }
         } else if (type != Boundary_Skip && boundary_wanted) {
-            Apply_Record(form, c, type, size,
-                         module.airspaces[static_cast<size_t>(module.airspace_count - 1)]);
+            Apply_Record(walk, c, type, size,
+                         walk.airspaces[static_cast<size_t>(walk.airspace_count - 1)]);
         }
         record_offset += length;
     }
 }
+
+} // namespace quilmark

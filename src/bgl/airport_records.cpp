@@ -1,9 +1,10 @@
+#include "bgl/airport_fields.h"
 #include "bgl/airport_stream.h"
 #include "bgl/airport_walker.h"
 #include "platform/rounding.h"
 #include "platform/text1252.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -23,35 +24,11 @@ bool Is_Stream_Record(int32_t type) {
     }
 }
 
-// The field of Airport_Rec that a comm kind fills, or none.
-std::string* Comm_Field(Airport_Rec& airport, int32_t kind) {
-    switch (kind) {
-    case 1:
-        return &airport.atis_freq;
-    case 5:
-        return &airport.ground_freq;
-    case 6:
-        return &airport.tower_freq;
-    case 7:
-        return &airport.clearance_freq;
-    case 8:
-        return &airport.approach_freq;
-    case 9:
-        return &airport.departure_freq;
-    case 10:
-        return &airport.center_freq;
-    default:
-        return nullptr;
-    }
-}
-
 } // namespace
 
-void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block_position,
+void Read_Airport_Records(Bgl_Image& image, const Magvar_Grid& grid, int64_t block_position,
                           Airport_Rec& airport) {
-    Airport_Walk_State state{form.bgl_image, module.magvar_grid, 0, 0, {}, {}, {}};
-    Bgl_Image& image = form.bgl_image;
-    const int64_t file_length = Bgl_File_Length(image);
+    Airport_Walk_State state{image, grid, 0, 0, {}, {}, {}};
     int64_t offset = 0;
     for (;;) {
         const int64_t rec = block_position + 16 + offset;
@@ -61,10 +38,7 @@ void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block
         }
         const int32_t size = Read_Int32(image, rec + 4);
         const int64_t length = static_cast<int64_t>(size) + 8;
-        if (length <= 0 || rec >= file_length) {
-            return; // a record that would not move the walk forward
-        }
-        if (!Charge_Walk(image, length < file_length - rec ? length : file_length - rec)) {
+        if (!Take_Record_Step(image, rec, length)) {
             return;
         }
         switch (type) {
@@ -89,9 +63,9 @@ void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block
             Decode_Taxiway_Block(state, rec, airport);
             break;
         case Record_Comm: {
-            std::string* field = Comm_Field(airport, Read_Int32(image, rec + 12));
-            if (field != nullptr && field->empty()) {
-                *field = Frequency_Text(Decode_Frequency(Read_Int32(image, rec + 8)));
+            std::string Airport_Rec::*field = Frequency_Field(Read_Int32(image, rec + 12));
+            if (field != nullptr && (airport.*field).empty()) {
+                airport.*field = Frequency_Text(Decode_Frequency(Read_Int32(image, rec + 8)));
             }
             break;
         }
@@ -101,3 +75,5 @@ void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block
         offset += length;
     }
 }
+
+} // namespace quilmark

@@ -6,7 +6,9 @@
 #include <string>
 
 #include "bgl/bgl_image.h"
-#include "scenery/magvar_grid.h"
+#include "geo/magnetic_variation.h"
+
+namespace quilmark {
 
 struct Airport_Rec;
 
@@ -40,3 +42,5 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
 // Decodes the taxiway block record at rec (its lists of points, parking spots, paths
 // and names).
 void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& airport);
+
+} // namespace quilmark

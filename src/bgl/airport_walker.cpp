@@ -1,22 +1,21 @@
 #include "bgl/airport_walker.h"
 
 #include "platform/rounding.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+
+namespace quilmark {
 
 namespace {
 
-bool Accepts_Airport(const Form3_Data& form, int32_t kind, int32_t block) {
-    const Bgl_Image& image = form.bgl_image;
+bool Accepts_Airport(const Bgl_Image& image, bool add_airports, int32_t kind, int32_t block) {
     return kind == Entry_Kind_Airport && block > 0 && Read_Int32(image, block) == 1 &&
-           Read_Int32(image, static_cast<int64_t>(block) + 8) == 1 && !form.database_present;
+           Read_Int32(image, static_cast<int64_t>(block) + 8) == 1 && add_airports;
 }
 
 } // namespace
 
-void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_position,
-                          Section_Header header) {
-    Bgl_Image& image = form.bgl_image;
+void Walk_Airport_Section(Bgl_Image& image, const Magvar_Grid& grid, bool add_airports,
+                          Dyn_Array<Airport_Rec>& airports, int32_t& airport_count,
+                          int64_t section_position, Section_Header header) {
     const int64_t file_length = Bgl_File_Length(image);
     int64_t group_offset = 0;
     int32_t airports_taken = 0;
@@ -35,6 +34,8 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
             }
             const int32_t type = Read_Int32(image, e);
             const int64_t length = static_cast<int64_t>(Read_Int32(image, e + 4)) + 8;
+            // Unlike the steps of the other walks, an entry is read even when its length
+            // would not move the walk on; the walk leaves the group after it.
             if (!Charge_Walk(image, length < file_length - e ? length : file_length - e)) {
                 return;
             }
@@ -42,13 +43,10 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
                 std::string ident = Read_Text(image, e + 16, Clamp_I16(length - 16));
                 const int32_t kind = Read_Int32(image, e + 8);
                 const int32_t block = Read_Int32(image, e + 12);
-                if (Accepts_Airport(form, kind, block)) {
-                    module.airport_count += 1;
-                    module.airports.Resize_Keep(static_cast<size_t>(module.airport_count));
-                    Airport_Rec& airport =
-                        module.airports[static_cast<size_t>(module.airport_count - 1)];
+                if (Accepts_Airport(image, add_airports, kind, block)) {
+                    Airport_Rec& airport = Append(airports, airport_count);
                     airport.ident = std::move(ident);
-                    Read_Airport_Records(form, module, block, airport);
+                    Read_Airport_Records(image, grid, block, airport);
                     if (++airports_taken == Max_Airports_Per_File) {
                         return;
                     }
@@ -65,8 +63,17 @@ void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_pos
             return;
         }
         group_offset += step;
-        const int64_t next = section_position + group_offset;
-        header.record_type = Read_Int32(image, next);
-        header.record_size = Read_Int32(image, next + 4);
+        header = Read_Section_Header(image, section_position + group_offset);
     }
 }
+
+void Read_Airport_Section(Bgl_Image& image, const Magvar_Grid& grid, bool add_airports,
+                          Dyn_Array<Airport_Rec>& airports, int32_t& airport_count) {
+    const int32_t section = Section_Position(image, Bgl_Airport_Section);
+    if (section > 0) {
+        Walk_Airport_Section(image, grid, add_airports, airports, airport_count, section,
+                             Read_Section_Header(image, section));
+    }
+}
+
+} // namespace quilmark

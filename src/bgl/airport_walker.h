@@ -5,11 +5,13 @@
 
 #include <cstdint>
 
+#include "bgl/bgl_image.h"
 #include "bgl/sections.h"
+#include "geo/magnetic_variation.h"
+#include "platform/dyn_array.h"
+#include "state/airport_model.h"
 
-struct Airport_Rec;
-struct Form3_Data;
-struct Module1;
+namespace quilmark {
 
 constexpr int32_t Group_Record = 0x30001;
 constexpr int32_t Directory_Entry = 0x30002;
@@ -20,12 +22,22 @@ constexpr int32_t Entry_Kind_Airport = 0x50001;
 // and the walk stops taking airports from it there.
 constexpr int32_t Max_Airports_Per_File = 100000;
 
-// Appends an Airport_Rec to module.airports for every accepted entry and decodes it, at
-// most Max_Airports_Per_File of them; with form.database_present true it walks the same
-// entries and changes nothing.
-void Walk_Airport_Section(Form3_Data& form, Module1& module, int64_t section_position,
-                          Section_Header header);
+// Appends an Airport_Rec to airports (keeping its spare empty top slot; airport_count
+// counts them) for every accepted entry and decodes it, at most Max_Airports_Per_File of
+// them; with add_airports false (the database file is there) it walks the same entries
+// and changes nothing.
+void Walk_Airport_Section(Bgl_Image& image, const Magvar_Grid& grid, bool add_airports,
+                          Dyn_Array<Airport_Rec>& airports, int32_t& airport_count,
+                          int64_t section_position, Section_Header header);
 
-// Fills one airport in place from the record stream of its data block.
-void Read_Airport_Records(Form3_Data& form, const Module1& module, int64_t block_position,
+// The airport section of a loaded file, where its header names one: Walk_Airport_Section
+// from its first record.
+void Read_Airport_Section(Bgl_Image& image, const Magvar_Grid& grid, bool add_airports,
+                          Dyn_Array<Airport_Rec>& airports, int32_t& airport_count);
+
+// Fills one airport in place from the record stream of its data block, headings made
+// magnetic by the grid.
+void Read_Airport_Records(Bgl_Image& image, const Magvar_Grid& grid, int64_t block_position,
                           Airport_Rec& airport);
+
+} // namespace quilmark

@@ -7,6 +7,8 @@
 
 #include "platform/native_paths.h"
 
+namespace quilmark {
+
 bool Load_Bgl_Image(Bgl_Image& image, const std::string& native_path) {
     Release_Bgl_Image(image);
     std::optional<std::vector<uint8_t>> bytes =
@@ -45,6 +47,17 @@ bool Charge_Walk(Bgl_Image& image, int64_t bytes) {
     }
     image.walk_budget -= bytes;
     return true;
+}
+
+bool Take_Record_Step(Bgl_Image& image, int64_t position, int64_t length, Step_Charge charge) {
+    const int64_t file_length = Bgl_File_Length(image);
+    if (length <= 0 || position >= file_length) {
+        return false;
+    }
+    if (charge == Step_Charge::Header) {
+        return Charge_Walk(image, 8);
+    }
+    return Charge_Walk(image, length < file_length - position ? length : file_length - position);
 }
 
 uint8_t Read_Byte(const Bgl_Image& image, int64_t position) {
@@ -155,3 +168,5 @@ std::string Frequency_Text(double mhz) {
         std::to_chars(buffer, buffer + sizeof buffer, mhz, std::chars_format::general, 15);
     return std::string(buffer, result.ptr);
 }
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace quilmark {
+
 struct Bgl_Image {
     // The file's bytes and one spare 0 byte behind them.
     std::vector<uint8_t> bytes{0};
@@ -35,6 +37,17 @@ int64_t Bgl_File_Length(const Bgl_Image& image);
 // Takes bytes from the walk budget. False when it is used up: the walker stops there.
 bool Charge_Walk(Bgl_Image& image, int64_t bytes);
 
+// What a step over a record costs: the part of the record inside the file (a record whose
+// contents the walker reads), or only a record header (a group, whose children are paid
+// for as they are read).
+enum class Step_Charge { Whole_Record, Header };
+// One step of a walk over records that follow each other: the record at position, length
+// bytes long with its header. False, and the walk ends there, if the step would not move
+// the walk forward (length 0 or less), the record begins at or past the end of the file,
+// or the walk budget can't pay for it.
+bool Take_Record_Step(Bgl_Image& image, int64_t position, int64_t length,
+                      Step_Charge charge = Step_Charge::Whole_Record);
+
 uint8_t Read_Byte(const Bgl_Image& image, int64_t position);
 int16_t Read_Int16(const Bgl_Image& image, int64_t position);
 int32_t Read_Int32(const Bgl_Image& image, int64_t position);
@@ -55,3 +68,5 @@ double Decode_Reference_Longitude(int32_t raw); // raw * 360 / (2^32 + 1) (airpo
 double Decode_Frequency(int32_t word);
 // A frequency as the program shows and stores it: "118.75", "121.5".
 std::string Frequency_Text(double mhz);
+
+} // namespace quilmark

@@ -1,34 +1,24 @@
 #include <cmath>
 
-#include "bgl/airport_model.h"
+#include "bgl/airport_fields.h"
 #include "bgl/airport_stream.h"
-#include "bgl/geodesy.h"
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
-#include "scenery/magdec.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 namespace {
 
-constexpr double Earth_Circumference_M = 40007000;
-
 // Suffixes of the designator codes 0 to 4, as seen from the primary end; the reciprocal
 // end swaps left and right.
-constexpr const char* kPrimarySuffix[] = {"", "L", "R", "C", "H"};
-constexpr const char* kReciprocalSuffix[] = {"", "R", "L", "C", "H"};
-
-double Fold_Longitude(double lon) {
-    if (lon > 180) {
-        lon -= 360;
-    }
-    if (lon < -180) {
-        lon += 360;
-    }
-    return lon;
-}
+constexpr const char* Primary_Suffix[] = {"", "L", "R", "C", "H"};
+constexpr const char* Reciprocal_Suffix[] = {"", "R", "L", "C", "H"};
 
 struct Runway_Geometry {
     double heading_1 = 0; // true heading of the primary end
     double heading_2 = 0; // of the reciprocal end: heading_1 - 180
-    double end1_lat = 0, end1_lon = 0, end2_lat = 0, end2_lon = 0;
+    Runway_Ends_Rec ends;
 };
 
 void Decode_ILS(Airport_Walk_State& state, int64_t rec, const Runway_Geometry& runway,
@@ -40,9 +30,7 @@ void Decode_ILS(Airport_Walk_State& state, int64_t rec, const Runway_Geometry& r
     int16_t whole_heading = To_I16(true_heading);
     int32_t size = Read_Int32(image, rec + 4);
 
-    airport.ils_count += 1;
-    airport.ils.Resize_Keep(static_cast<size_t>(airport.ils_count));
-    ILS_Rec& ils = airport.ils[static_cast<size_t>(airport.ils_count - 1)];
+    ILS_Rec& ils = Append(airport.ils, airport.ils_count);
     ils.ils_name = Read_Text(image, rec + 56, Clamp_I16(static_cast<int64_t>(size) + 8 - 56));
     ils.lat = lat;
     ils.lon = lon;
@@ -51,12 +39,12 @@ void Decode_ILS(Airport_Walk_State& state, int64_t rec, const Runway_Geometry& r
     ils.mag_heading = True_To_Magnetic(state.grid, whole_heading, lat, lon);
     // No field links an ILS to its runway: it sits on the end whose heading it shares.
     if (whole_heading == To_I16(runway.heading_1)) {
-        ils.lat = runway.end1_lat;
-        ils.lon = runway.end1_lon;
+        ils.lat = runway.ends.end1_lat;
+        ils.lon = runway.ends.end1_lon;
     }
     if (whole_heading == To_I16(runway.heading_2)) {
-        ils.lat = runway.end2_lat;
-        ils.lon = runway.end2_lon;
+        ils.lat = runway.ends.end2_lat;
+        ils.lon = runway.ends.end2_lon;
     }
 }
 
@@ -74,23 +62,10 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
     const int32_t code = Read_Int32(image, rec + 48);
     const int32_t number = Read_Int32(image, rec + 52);
 
-    // The drawn runway of anything over 300 m stops 30 m short at either end.
-    double length_m = length_raw * 0.3048;
-    if (length_m > 300) {
-        length_m -= 60;
-    }
     Runway_Geometry g;
     g.heading_1 = 360 * a / 65536;
     g.heading_2 = 360 * (a - 32768) / 65536;
-    const double dy = std::cos(degrees_to_radians * g.heading_1) * length_m;
-    const double dx = std::sin(degrees_to_radians * g.heading_1) * length_m;
-    const double half_lat = (360 * dy * 0.5) / Earth_Circumference_M;
-    const double half_lon =
-        (360 * dx * 0.5) / (std::cos(degrees_to_radians * lat_c) * Earth_Circumference_M);
-    g.end1_lat = lat_c - half_lat;
-    g.end1_lon = Fold_Longitude(lon_c - half_lon);
-    g.end2_lat = lat_c + half_lat;
-    g.end2_lon = Fold_Longitude(lon_c + half_lon);
+    g.ends = Drawn_Runway_Ends(lat_c, lon_c, g.heading_1, length_raw * 0.3048);
 
     // Designators. A number of 37 or more, or an unknown code, keeps the texts of the
     // runway before.
@@ -100,28 +75,27 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
             reciprocal -= 36;
         }
         if (code >= 0 && code <= 4) {
-            state.end1_text = std::to_string(number) + kPrimarySuffix[code];
-            state.end2_text = std::to_string(reciprocal) + kReciprocalSuffix[code];
+            state.end1_text = std::to_string(number) + Primary_Suffix[code];
+            state.end2_text = std::to_string(reciprocal) + Reciprocal_Suffix[code];
         }
     }
 
-    airport.runway_count += 1;
-    airport.runways.Resize_Keep(static_cast<size_t>(airport.runway_count));
-    Runway_Rec& runway = airport.runways[static_cast<size_t>(airport.runway_count - 1)];
+    Runway_Rec& runway = Append(airport.runways, airport.runway_count);
     runway.end1_name = state.end1_text;
     runway.end2_name = state.end2_text;
-    runway.end1_lat = g.end1_lat;
-    runway.end1_lon = g.end1_lon;
-    runway.end2_lat = g.end2_lat;
-    runway.end2_lon = g.end2_lon;
+    runway.end1_lat = g.ends.end1_lat;
+    runway.end1_lon = g.ends.end1_lon;
+    runway.end2_lat = g.ends.end2_lat;
+    runway.end2_lon = g.ends.end2_lon;
     runway.altitude_ft = To_I32(altitude);
-    runway.end1_heading = True_To_Magnetic(state.grid, g.heading_1, g.end1_lat, g.end1_lon);
-    runway.end2_heading = True_To_Magnetic(state.grid, g.heading_2, g.end2_lat, g.end2_lon);
+    runway.end1_heading =
+        True_To_Magnetic(state.grid, g.heading_1, runway.end1_lat, runway.end1_lon);
+    runway.end2_heading =
+        True_To_Magnetic(state.grid, g.heading_2, runway.end2_lat, runway.end2_lon);
     runway.length_raw = length_raw;
     runway.width_raw = width_raw;
 
     // The ILS of this runway stand directly behind it as navaid records.
-    const int64_t file_length = Bgl_File_Length(image);
     int64_t offset = static_cast<int64_t>(Read_Int32(image, rec + 4)) + 8;
     for (;;) {
         const int64_t nav = rec + offset;
@@ -129,10 +103,7 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
             return offset; // the stream walk reads this record again
         }
         const int64_t length = static_cast<int64_t>(Read_Int32(image, nav + 4)) + 8;
-        if (length <= 0 || nav >= file_length) {
-            return -1;
-        }
-        if (!Charge_Walk(image, length < file_length - nav ? length : file_length - nav)) {
+        if (!Take_Record_Step(image, nav, length)) {
             return -1;
         }
         if (Read_Int32(image, nav + 40) == Navaid_Kind_ILS) {
@@ -141,3 +112,5 @@ int64_t Decode_Runway_And_Navaids(Airport_Walk_State& state, int64_t rec, Airpor
         offset += length;
     }
 }
+
+} // namespace quilmark

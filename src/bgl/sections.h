@@ -1,11 +1,12 @@
-// The one entry into the decoding of a loaded BGL file: the header names the positions
-// of the airport section and the boundary section, each handed to its walker.
+// The header of a BGL file names where its airport section and its boundary section
+// begin; each section is a chain of records that its walker follows.
 #pragma once
 
 #include <cstdint>
 
-struct Form3_Data;
-struct Module1;
+#include "bgl/bgl_image.h"
+
+namespace quilmark {
 
 // The first record of a section, and the walker's current record as it goes.
 struct Section_Header {
@@ -18,4 +19,10 @@ constexpr int Bgl_Layout_Word = 144;     // sections are decoded only if this is
 constexpr int Bgl_Airport_Section = 156; // absolute position, 0 or less: none
 constexpr int Bgl_Boundary_Section = 164;
 
-void Read_BGL_Sections(Form3_Data& form, Module1& module);
+// Where the section that a header word names begins: the word's value, or 0 when the file's
+// layout word is not 1 (then no section is decoded). A value of 0 or less means none.
+int32_t Section_Position(const Bgl_Image& image, int header_word);
+// The type and size words of the record at position.
+Section_Header Read_Section_Header(const Bgl_Image& image, int64_t position);
+
+} // namespace quilmark

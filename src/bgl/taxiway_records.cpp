@@ -4,11 +4,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "bgl/airport_stream.h"
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
 #include "platform/text1252.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -22,7 +24,7 @@ constexpr int32_t Element_Name = 8;
 constexpr int32_t Max_List_Count = 32767;
 
 const char* Parking_Name_Text(int64_t code) {
-    static const char* const kNames[] = {
+    static const char* const Names[] = {
         nullptr,     "Parking",    "N Parking", "NE Parking", "E Parking", "SE Parking",
         "S Parking", "SW Parking", "W Parking", "NW Parking", "Gate",      "Dock",
         "Gate A",    "Gate B",     "Gate C",    "Gate D",     "Gate E",    "Gate F",
@@ -33,7 +35,7 @@ const char* Parking_Name_Text(int64_t code) {
     if (code < 1 || code > 37) {
         return nullptr;
     }
-    return kNames[code];
+    return Names[code];
 }
 
 // Metre offsets east (x) and north (y) of the reference point become a position; each
@@ -197,3 +199,5 @@ void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& a
         list = first + bytes;
     }
 }
+
+} // namespace quilmark

@@ -2,9 +2,53 @@
 
 #include <charconv>
 
-#include "bgl/geodesy.h"
+#include "bgl/bgl_image.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
+
+bool Read_Aircraft_Value(Fsuipc_Rec& link, size_t index, Module1& module, int32_t& raw,
+                         Link_Result& result) {
+    const Aircraft_Value_Rec& value = Aircraft_Values[index];
+    uint8_t bytes[4] = {};
+    if (!Link_Read(link, value.offset, value.size, bytes, result) || !Link_Process(link, result)) {
+        return false;
+    }
+    // Little-endian, as the module hands values over.
+    uint32_t word = bytes[0] | (bytes[1] << 8);
+    if (value.size == 4) {
+        word |= (static_cast<uint32_t>(bytes[2]) << 16) | (static_cast<uint32_t>(bytes[3]) << 24);
+    }
+    raw = static_cast<int32_t>(word);
+    switch (index) {
+    case 0:
+        module.aircraft_lat = Decode_Latitude(raw);
+        break;
+    case 1:
+        module.aircraft_lon = Decode_Longitude(raw);
+        break;
+    case 2:
+        module.aircraft_heading = To_I16(Decode_Longitude(raw));
+        break;
+    default:
+        module.altimeter_value =
+            Altimeter_Value(static_cast<uint16_t>(word), module.altimeter_units);
+        break;
+    }
+    return true;
+}
+
+bool Read_Aircraft(Fsuipc_Rec& link, Module1& module, Link_Result& result) {
+    for (size_t i = 0; i < Aircraft_Values.size(); ++i) {
+        int32_t raw = 0;
+        if (!Read_Aircraft_Value(link, i, module, raw, result)) {
+            return false;
+        }
+    }
+    return true;
+}
 
 double Altimeter_Value(uint16_t raw, uint8_t altimeter_units) {
     if (altimeter_units == 1) {
@@ -44,3 +88,5 @@ void Draw_Aircraft(Surface& surface, const Chart_View& view, const Module1& modu
     surface.LineTo(p_tip.x, p_tip.y);
     surface.TextOutA(p.x, p.y, "Your Plane");
 }
+
+} // namespace quilmark

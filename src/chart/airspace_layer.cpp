@@ -6,11 +6,13 @@
 #include <cmath>
 #include <string>
 
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_records.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -53,11 +55,29 @@ Pixel_Box_Rec Diagonal_Box(const Chart_View& view, const Geo_Point_Rec& centre, 
 
 } // namespace
 
-void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module) {
-    Geo_Point_Rec fix_point{0, 0};
+void Raise_Circle_Radii(Module1& module) {
     size_t count = Filled_Count(module.airspaces, module.airspace_count);
     for (size_t i = 0; i < count; ++i) {
         Airspace_Rec& airspace = module.airspaces[i];
+        Rgb_Rec color;
+        if (!Airspace_Color(airspace.class_text, color)) {
+            continue;
+        }
+        size_t point_count = Filled_Count(airspace.points, airspace.point_count);
+        for (size_t j = 0; j < point_count; ++j) {
+            Boundary_Point_Rec& point = airspace.points[j];
+            if (point.kind == Point_Circle && point.radius < 1) {
+                point.radius = 1;
+            }
+        }
+    }
+}
+
+void Draw_Airspaces(Surface& surface, const Chart_View& view, const Module1& module) {
+    Geo_Point_Rec fix_point{0, 0};
+    size_t count = Filled_Count(module.airspaces, module.airspace_count);
+    for (size_t i = 0; i < count; ++i) {
+        const Airspace_Rec& airspace = module.airspaces[i];
         Geo_Point_Rec last_position{0, 0};
         Rgb_Rec color;
         if (!Airspace_Color(airspace.class_text, color)) {
@@ -71,7 +91,7 @@ void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module) {
 
         size_t point_count = Filled_Count(airspace.points, airspace.point_count);
         for (size_t j = 0; j < point_count; ++j) {
-            Boundary_Point_Rec& point = airspace.points[j];
+            const Boundary_Point_Rec& point = airspace.points[j];
             switch (point.kind) {
             case Point_Start: {
                 Pixel_Rec p = Geo_To_Pixel(view, point.lat, point.lon);
@@ -83,9 +103,6 @@ void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module) {
                 fix_point = {point.lat, point.lon};
                 break;
             case Point_Circle: {
-                if (point.radius < 1) {
-                    point.radius = 1;
-                }
                 // The corners lie the radius out along the diagonals, so the drawn
                 // circle is smaller than the stored radius by the square root of 2.
                 int16_t radius = Clamp_I16(point.radius);
@@ -137,3 +154,5 @@ void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module) {
     surface.Set_DrawWidth(2);
     surface.Set_DrawStyle(Draw_Style_Solid);
 }
+
+} // namespace quilmark

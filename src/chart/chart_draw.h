@@ -10,12 +10,14 @@
 #include "chart/chart_view.h"
 #include "chart/surface.h"
 
+namespace quilmark {
+
 struct Module1;
 
 // Cls, Draw_Chart, Draw_Aircraft. This is the redraw to hand to Open_Chart_View,
 // Center_Airport and Chart_Tick_Redraw (wrapped in a lambda that captures the surface,
 // the view and the module).
-void Redraw_Chart(Surface& surface, const Chart_View& view, Module1& module);
+void Redraw_Chart(Surface& surface, const Chart_View& view, const Module1& module);
 
 // The layers in three bands of zoom levels, bottom to top:
 //   1 to 8:   airspace
@@ -23,7 +25,7 @@ void Redraw_Chart(Surface& surface, const Chart_View& view, Module1& module);
 //   13 to 20: parking and gates, taxiways, runways, ILS
 // Airspace, parking, taxiways and ILS also need their display flag and a non-empty list.
 // Leaves the pen solid, green and 1 pixel wide, the brush black and hollow.
-void Draw_Chart(Surface& surface, const Chart_View& view, Module1& module);
+void Draw_Chart(Surface& surface, const Chart_View& view, const Module1& module);
 
 // Each runway as a line between its drawn ends, its end designators in black with their
 // top left corners on the ends. Keeps the pen's width and style.
@@ -37,7 +39,12 @@ void Draw_Parkings(Surface& surface, const Chart_View& view, const Module1& modu
 // Each ILS as a yellow localizer feather: an open-mouthed triangle from the ILS position
 // 1800 feet back along the approach, 10 degrees wide.
 void Draw_ILS(Surface& surface, const Chart_View& view, const Module1& module);
-// The outlines of the class B and class C airspaces, dashed. A circle's stored radius
-// below 1 is raised to 1 in the module's record. Leaves the pen solid, green and
-// 2 pixels wide, the brush black and hollow.
-void Draw_Airspaces(Surface& surface, const Chart_View& view, Module1& module);
+// The outlines of the class B and class C airspaces, dashed. Leaves the pen solid, green
+// and 2 pixels wide, the brush black and hollow.
+void Draw_Airspaces(Surface& surface, const Chart_View& view, const Module1& module);
+// The stored radius of every circle that Draw_Airspaces plays (those of the class B and
+// class C airspaces) raised to 1 nautical mile where it is less: a circle is drawn at
+// least that big, and its record says so from the chart's opening on.
+void Raise_Circle_Radii(Module1& module);
+
+} // namespace quilmark

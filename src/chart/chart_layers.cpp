@@ -1,9 +1,11 @@
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_records.h"
+#include "geo/geodesy.h"
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
-#include "scenery/magdec.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 void Draw_Runways(Surface& surface, const Chart_View& view, const Module1& module) {
     const Airport_Rec& airport = module.current_airport;
@@ -127,3 +129,5 @@ void Draw_ILS(Surface& surface, const Chart_View& view, const Module1& module) {
         surface.LineTo(p.x, p.y);
     }
 }
+
+} // namespace quilmark

@@ -7,6 +7,8 @@
 
 #include "platform/dyn_array.h"
 
+namespace quilmark {
+
 // The entries 0 to count - 1 that the array really holds: a count larger than the array
 // (a damaged record) does not lead outside it.
 template <class T> size_t Filled_Count(const Dyn_Array<T>& list, int32_t count) {
@@ -21,3 +23,5 @@ template <class T> size_t Filled_Count(const Dyn_Array<T>& list, int32_t count) 
 template <class T> std::span<const T> Filled_Span(const Dyn_Array<T>& list, int32_t count) {
     return std::span<const T>(list.items.data(), Filled_Count(list, count));
 }
+
+} // namespace quilmark

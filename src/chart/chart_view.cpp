@@ -1,15 +1,30 @@
 #include "chart/chart_view.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "platform/rounding.h"
-#include "shell/module1.h"
+
+namespace quilmark {
 
 Pixel_Rec Geo_To_Pixel(const Chart_View& view, double lat, double lon) {
     Pixel_Rec p;
     p.x = To_I32((lon - view.view_left) / (view.view_right - view.view_left) * view.chart_px_width);
     p.y = To_I32((view.view_top - lat) / (view.view_top - view.view_bottom) * view.chart_px_height);
     return p;
+}
+
+Geo_Point_Rec Pixel_To_Geo(const Chart_View& view, int32_t x, int32_t y, int32_t client_width,
+                           int32_t client_height) {
+    const double w = std::max(1, client_width);
+    const double h = std::max(1, client_height);
+    // Kept in memory as floats: GCC 12's vectorizer drops the narrowing of the two values
+    // when they stay in registers, and the chart would then centre a hair elsewhere.
+    volatile float lon =
+        static_cast<float>(view.view_left + x * (view.view_right - view.view_left) / w);
+    volatile float lat =
+        static_cast<float>(view.view_top - y * (view.view_top - view.view_bottom) / h);
+    return {lat, lon};
 }
 
 int32_t Percent_To_Pixels(const Chart_View& view, float percent) {
@@ -75,38 +90,4 @@ void Center_Airport(Chart_View& view, double airpt_loc_x, double airpt_loc_y,
     }
 }
 
-void Open_Chart_View(Chart_View& view, Module1& module, int32_t width, int32_t height,
-                     const Chart_Redraw& redraw) {
-    view.chart_px_width = width;
-    view.chart_px_height = height;
-    // The whole world, a hair inside the poles and the date line.
-    view.view_left = -179.9999;
-    view.view_top = 89.9999;
-    view.view_right = 179.9999;
-    view.view_bottom = -89.9999;
-    view.zoom_level = 1;
-    double lon = module.current_airport.lon;
-    double lat = module.current_airport.lat;
-    Center_View(view, lon, lat);
-    // The first redraw still shows the world at level 1, with the display flags as
-    // they were before the chart opened.
-    Center_Airport(view, lon, lat, redraw);
-    for (int i = 1; i < Opening_Zoom_Level; ++i) {
-        Zoom_In_View(view);
-    }
-    module.follow_aircraft = true;
-    module.show_ils = true;
-    module.show_taxiways = true;
-    module.show_taxiway_ids = true;
-    module.show_gates = true;
-    module.show_airspace = true;
-    module.altimeter_units = 1;
-}
-
-void Chart_Tick_Redraw(Chart_View& view, const Module1& module, const Chart_Redraw& redraw) {
-    if (module.follow_aircraft && module.fsuipc_connected) {
-        Center_Airport(view, module.aircraft_lon, module.aircraft_lat, redraw);
-    } else if (redraw) {
-        redraw();
-    }
-}
+} // namespace quilmark

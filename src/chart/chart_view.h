@@ -11,7 +11,9 @@
 #include <cstdint>
 #include <functional>
 
-struct Module1;
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 // Pixels from the top left corner of the chart, y growing downward.
 struct Pixel_Rec {
@@ -44,6 +46,11 @@ using Chart_Redraw = std::function<void()>;
 // Latitude and longitude (degrees) to the chart pixel, rounded halves to even. Points
 // outside the view give pixels outside the chart, negative ones too.
 Pixel_Rec Geo_To_Pixel(const Chart_View& view, double lat, double lon);
+// The inverse, for the mouse: the position under pixel x, y of a client area of
+// client_width by client_height pixels (each taken as at least 1), over which the view's
+// extent is spread. The position comes in single precision, as the form's scale gives it.
+Geo_Point_Rec Pixel_To_Geo(const Chart_View& view, int32_t x, int32_t y, int32_t client_width,
+                           int32_t client_height);
 // percent of the chart's width, the percent first rounded to a whole number: 0.8 and
 // 1.0 both give 1% of chart_px_width.
 int32_t Percent_To_Pixels(const Chart_View& view, float percent);
@@ -63,15 +70,4 @@ void Center_View(Chart_View& view, double airpt_loc_x, double airpt_loc_y);
 void Center_Airport(Chart_View& view, double airpt_loc_x, double airpt_loc_y,
                     const Chart_Redraw& redraw);
 
-// The view part of opening the chart: size the chart, take the whole world at level 1,
-// centre it on current_airport, redraw once at level 1, zoom in eight times without a
-// redraw (to level 9), then set all six display flags of the module on and the
-// altimeter to inches of mercury. The link and the form's caption are the caller's;
-// so is the timer, whose first tick shows the chart at level 9.
-void Open_Chart_View(Chart_View& view, Module1& module, int32_t width, int32_t height,
-                     const Chart_Redraw& redraw);
-
-// What a tick of the chart's timer draws once the aircraft's values are in: with the
-// link open and follow_aircraft on, centre on the aircraft (which redraws); otherwise
-// just redraw.
-void Chart_Tick_Redraw(Chart_View& view, const Module1& module, const Chart_Redraw& redraw);
+} // namespace quilmark

@@ -4,12 +4,14 @@
 #include <cmath>
 #include <cstdio>
 
-#include "airspace/airspace_model.h"
-#include "bgl/airport_model.h"
-#include "bgl/geodesy.h"
 #include "chart/chart_records.h"
 #include "chart/diagram_style.h"
-#include "scenery/magdec.h"
+#include "geo/geodesy.h"
+#include "geo/magnetic_variation.h"
+#include "state/airport_model.h"
+#include "state/airspace_model.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -131,7 +133,7 @@ void North_Arrow(Frame_State& f, const Diagram_Source_Rec& source, double top) {
     arrow.base = {left + width / 2, top + Pad_Px + n.Height() + North_Arrow_Px};
     arrow.true_tip = {arrow.base.x, arrow.base.y - North_Arrow_Px};
     // Magnetic north lies east of true north by an east variation.
-    const double a = variation * degrees_to_radians;
+    const double a = variation * Degrees_To_Radians;
     arrow.magnetic_tip = {arrow.base.x + 0.85 * North_Arrow_Px * std::sin(a),
                           arrow.base.y - 0.85 * North_Arrow_Px * std::cos(a)};
     f.layout.has_north_arrow = true;
@@ -307,7 +309,7 @@ void Ticks(Frame_State& f) {
     }
     const double px_per_lat_minute = Metres_Per_Degree / 60 * view.px_per_metre;
     const double px_per_lon_minute =
-        px_per_lat_minute * std::cos(view.center_lat * degrees_to_radians);
+        px_per_lat_minute * std::cos(view.center_lat * Degrees_To_Radians);
     auto place = [&](const std::string& text, Point_F_Rec centre) {
         const Text_Block_Rec block = Measure_Block(f.metrics, {{text, Label_Role::Tick_Text}});
         const Label_Box_Rec box = Block_Box(block, centre, 0, 1);
@@ -366,3 +368,5 @@ void Layout_Diagram_Frame(const Diagram_Source_Rec& source, const Diagram_View_R
     Legend(f, source);
     Ticks(f);
 }
+
+} // namespace quilmark

@@ -8,13 +8,15 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "airspace/airspace_model.h"
-#include "bgl/airport_model.h"
-#include "bgl/geodesy.h"
 #include "chart/chart_records.h"
 #include "chart/diagram_frame.h"
 #include "chart/diagram_style.h"
-#include "scenery/magdec.h"
+#include "geo/geodesy.h"
+#include "geo/magnetic_variation.h"
+#include "state/airport_model.h"
+#include "state/airspace_model.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -49,11 +51,11 @@ double Length(Point_F_Rec a) {
 }
 // The direction on the screen of a true course: north up, east right.
 Point_F_Rec Course_Direction(double course_deg) {
-    const double a = course_deg * degrees_to_radians;
+    const double a = course_deg * Degrees_To_Radians;
     return {std::sin(a), -std::cos(a)};
 }
 double Angle_Of(Point_F_Rec d) {
-    return std::atan2(d.y, d.x) * radians_to_degrees;
+    return std::atan2(d.y, d.x) * Radians_To_Degrees;
 }
 // An angle turned by half a turn where needed so that text along it reads from left to
 // right: within -90 (exclusive) to 90 (inclusive).
@@ -70,7 +72,7 @@ double Readable(double angle_deg) {
 // The angle at which text stands upright for someone looking along direction d: the
 // letters' tops point along d.
 double Upright_Along(Point_F_Rec d) {
-    return std::atan2(d.x, -d.y) * radians_to_degrees;
+    return std::atan2(d.x, -d.y) * Radians_To_Degrees;
 }
 
 // True when a figure's upright bounds, grown by reach, can touch the view.
@@ -493,7 +495,7 @@ void Layout_Feathers(Layout_State& s, std::vector<Feather_Geometry>& geometry) {
         const Point_F_Rec back = Mul(Course_Direction(course), -1);
         const Point_F_Rec apex = s.Pixel(ils.lat, ils.lon);
         const double length = std::max(Feather_Length_M * s.view.px_per_metre, Min_Feather_Px);
-        const double half = length * std::tan(Feather_Half_Angle_Deg * degrees_to_radians);
+        const double half = length * std::tan(Feather_Half_Angle_Deg * Degrees_To_Radians);
         const Point_F_Rec far = Add(apex, Mul(back, length));
         const Point_F_Rec notch = Add(apex, Mul(back, length * 0.85));
         const Point_F_Rec side{-back.y * half, back.x * half};
@@ -602,7 +604,7 @@ std::vector<std::vector<Local_Point>> Airspace_Rings(const Diagram_View_Rec& vie
     Local_Point fix = Local_Of(view, airspace.center_lat, airspace.center_lon);
     bool have_last = false;
     Local_Point last{0, 0};
-    constexpr double Step = 3 * degrees_to_radians;
+    constexpr double Step = 3 * Degrees_To_Radians;
     const size_t count = Filled_Count(airspace.points, airspace.point_count);
     for (size_t i = 0; i < count; ++i) {
         const Boundary_Point_Rec& p = airspace.points[i];
@@ -619,7 +621,7 @@ std::vector<std::vector<Local_Point>> Airspace_Rings(const Diagram_View_Rec& vie
             const double r = std::clamp(p.radius, 1, 32767) * Metres_Per_Nautical_Mile;
             std::vector<Local_Point> circle;
             for (int k = 0; k < 120; ++k) {
-                const double a = k * (two_pi / 120);
+                const double a = k * (Two_Pi / 120);
                 circle.push_back({fix.east + r * std::sin(a), fix.north + r * std::cos(a)});
             }
             rings.push_back(std::move(circle));
@@ -641,7 +643,7 @@ std::vector<std::vector<Local_Point>> Airspace_Rings(const Diagram_View_Rec& vie
             const double b2 = std::atan2(to.east - fix.east, to.north - fix.north);
             double sweep = p.kind == Point_Arc_CW ? b2 - b1 : b1 - b2;
             while (sweep <= 0) {
-                sweep += two_pi;
+                sweep += Two_Pi;
             }
             const int steps = std::max(1, static_cast<int>(std::ceil(sweep / Step)));
             const double sign = p.kind == Point_Arc_CW ? 1 : -1;
@@ -911,7 +913,7 @@ void Layout_Aircraft(Layout_State& s) {
                                         {-17, 2}, {-2.5, -5}, {-2.2, -14}};
     const Point_F_Rec c = s.Pixel(aircraft.lat, aircraft.lon);
     // A heading past 180 comes negative; the sine and cosine take it as it is.
-    const double a = aircraft.heading * degrees_to_radians;
+    const double a = aircraft.heading * Degrees_To_Radians;
     const double cs = std::cos(a);
     const double sn = std::sin(a);
     for (const Point_F_Rec& p : shape) {
@@ -1005,7 +1007,7 @@ Label_Box_Rec Block_Box(const Text_Block_Rec& block, Point_F_Rec centre, double 
 
 void Emit_Block(const Text_Block_Rec& block, Point_F_Rec centre, double angle_deg,
                 std::vector<Diagram_Text_Rec>& texts) {
-    const double a = angle_deg * degrees_to_radians;
+    const double a = angle_deg * Degrees_To_Radians;
     const Point_F_Rec down{-std::sin(a), std::cos(a)};
     double y = -block.height / 2;
     for (const Text_Block_Rec::Line& line : block.lines) {
@@ -1067,3 +1069,5 @@ void Draw_Diagram(Surface& surface, const Diagram_Source_Rec& source, const Diag
     Layout_Diagram(source, view, options, surface, layout);
     Paint_Diagram(layout, surface);
 }
+
+} // namespace quilmark

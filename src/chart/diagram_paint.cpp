@@ -6,6 +6,8 @@
 #include "chart/diagram_layout.h"
 #include "chart/diagram_style.h"
 
+namespace quilmark {
+
 namespace {
 
 Stroke_Rec Line(Rgba_Rec color, double width, std::vector<double> dashes = {}, bool round = false) {
@@ -223,3 +225,5 @@ void Paint_Diagram(const Diagram_Layout_Rec& layout, Surface& surface) {
         surface.Draw_Text(t.centre, t.angle_deg, t.text, Diagram_Text_Style(t.role, p));
     }
 }
+
+} // namespace quilmark

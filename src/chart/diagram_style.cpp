@@ -1,5 +1,7 @@
 #include "chart/diagram_style.h"
 
+namespace quilmark {
+
 const Diagram_Palette_Rec& Diagram_Day_Palette() {
     static const Diagram_Palette_Rec palette{
         .background = {255, 255, 255, 255},
@@ -63,3 +65,5 @@ const Diagram_Palette_Rec& Diagram_Night_Palette() {
     };
     return palette;
 }
+
+} // namespace quilmark

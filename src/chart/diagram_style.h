@@ -4,6 +4,8 @@
 
 #include "chart/surface.h"
 
+namespace quilmark {
+
 struct Diagram_Palette_Rec {
     Rgba_Rec background;
     Rgba_Rec runway;
@@ -51,3 +53,5 @@ constexpr double Kit_Heading_Px = 13;
 constexpr double Kit_Text_Px = 11;
 // The band of background colour around every label.
 constexpr double Halo_Px = 1.5;
+
+} // namespace quilmark

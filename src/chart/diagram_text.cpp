@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <sstream>
 
-#include "bgl/airport_model.h"
 #include "chart/chart_records.h"
-#include "chart/diagram_layout.h"
+#include "chart/diagram_records.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -95,3 +97,5 @@ std::string Spot_Label(const std::string& spot_name) {
     }
     return spot_name;
 }
+
+} // namespace quilmark

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "bgl/airport_model.h"
-#include "bgl/geodesy.h"
 #include "chart/chart_records.h"
+#include "geo/geodesy.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -19,7 +21,7 @@ double Lon_Difference(double lon, double from) {
 }
 
 double Metres_Per_Lon_Degree(double lat) {
-    return Metres_Per_Degree * std::max(0.01, std::cos(lat * degrees_to_radians));
+    return Metres_Per_Degree * std::max(0.01, std::cos(lat * Degrees_To_Radians));
 }
 
 // A position in metres east and north of a reference point, flat about it.
@@ -155,3 +157,5 @@ void Resize_Diagram(Diagram_View_Rec& view, int32_t width, int32_t height) {
     view.width = width;
     view.height = height;
 }
+
+} // namespace quilmark

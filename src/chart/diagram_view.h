@@ -10,6 +10,9 @@
 #include <cstdint>
 
 #include "chart/surface.h"
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 struct Airport_Rec;
 
@@ -17,7 +20,6 @@ struct Airport_Rec;
 // the figure the runway decoder places the runway ends with.
 constexpr double Metres_Per_Degree = 40007000.0 / 360.0;
 constexpr double Metres_Per_Foot = 0.3048;
-constexpr double Metres_Per_Nautical_Mile = 1852.0;
 
 struct Diagram_View_Rec {
     double center_lat = 0; // degrees, at the middle of the view
@@ -76,3 +78,5 @@ void Pan_Diagram(Diagram_View_Rec& view, double dx, double dy);
 void Center_Diagram(Diagram_View_Rec& view, double lat, double lon);
 // A new window size: the middle and the scale stay.
 void Resize_Diagram(Diagram_View_Rec& view, int32_t width, int32_t height);
+
+} // namespace quilmark

@@ -1,6 +1,8 @@
 #include "chart/aircraft_overlay.h"
 #include "chart/chart_draw.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -20,7 +22,7 @@ void Set_Pen_And_Brush(Surface& surface, Rgb_Rec fore_color, int32_t draw_width,
 
 } // namespace
 
-void Draw_Chart(Surface& surface, const Chart_View& view, Module1& module) {
+void Draw_Chart(Surface& surface, const Chart_View& view, const Module1& module) {
     const Airport_Rec& airport = module.current_airport;
     const int16_t zoom = view.zoom_level;
 
@@ -49,8 +51,10 @@ void Draw_Chart(Surface& surface, const Chart_View& view, Module1& module) {
     Set_Pen_And_Brush(surface, Chart_Green, 1, Chart_Black);
 }
 
-void Redraw_Chart(Surface& surface, const Chart_View& view, Module1& module) {
+void Redraw_Chart(Surface& surface, const Chart_View& view, const Module1& module) {
     surface.Cls();
     Draw_Chart(surface, view, module);
     Draw_Aircraft(surface, view, module);
 }
+
+} // namespace quilmark

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -13,7 +15,7 @@ struct Axes {
 };
 
 Axes Axes_Of(const Label_Box_Rec& box) {
-    const double a = box.angle_deg * degrees_to_radians;
+    const double a = box.angle_deg * Degrees_To_Radians;
     const double c = std::cos(a);
     const double s = std::sin(a);
     return {{c, s}, {-s, c}};
@@ -161,3 +163,5 @@ bool Label_Placer::Place(const Label_Box_Rec& box, int64_t owner) {
     Add(box, owner, false);
     return true;
 }
+
+} // namespace quilmark

@@ -11,6 +11,8 @@
 
 #include "chart/surface.h"
 
+namespace quilmark {
+
 // A rectangle with its middle on centre, half_width along its text and half_height
 // across it, turned by angle_deg clockwise on the screen.
 struct Label_Box_Rec {
@@ -62,3 +64,5 @@ class Label_Placer {
     mutable std::vector<uint32_t> seen_; // the test that last looked at each entry
     mutable uint32_t test_stamp_ = 0;
 };
+
+} // namespace quilmark

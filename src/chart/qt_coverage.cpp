@@ -6,6 +6,8 @@
 #include <cmath>
 #include <vector>
 
+namespace quilmark {
+
 std::optional<Qt_Coverage_Painter> Qt_Coverage_Painter::For(QPainter& painter) {
     QPaintDevice* device = painter.device();
     if (device == nullptr || device->devType() != QInternal::Image || painter.hasClipping() ||
@@ -330,3 +332,5 @@ void Qt_Coverage_Painter::Convex(const QPointF* points, size_t count, QRgb color
         }
     }
 }
+
+} // namespace quilmark

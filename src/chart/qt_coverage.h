@@ -10,6 +10,8 @@
 #include <QPointF>
 #include <optional>
 
+namespace quilmark {
+
 class Qt_Coverage_Painter {
   public:
     // A painter for the image that painter draws on, in the painter's coordinates; none
@@ -53,3 +55,5 @@ class Qt_Coverage_Painter {
     double dx_;
     double dy_;
 };
+
+} // namespace quilmark

@@ -1,7 +1,6 @@
 #include "chart/qt_export.h"
 
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -11,23 +10,11 @@
 
 #include "chart/qt_surface.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int Export_Dpi = 96;
-
-void Ensure_Gui_Application() {
-    if (QCoreApplication::instance() != nullptr) {
-        return;
-    }
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    static int argc = 1;
-    static char name[] = "quilmark";
-    static char* argv[] = {name, nullptr};
-    // Lives until the process ends.
-    new QGuiApplication(argc, argv);
-}
 
 void Paint_Chart(QPainter& painter, int32_t width, int32_t height, const Chart_Paint& paint) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -109,7 +96,6 @@ std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t h
     if (width <= 0 || height <= 0) {
         return "The image size must be at least 1 by 1 pixels.";
     }
-    Ensure_Gui_Application();
     QString file = QString::fromStdString(path);
     QString suffix = QFileInfo(file).suffix().toLower();
     if (suffix == QStringLiteral("png")) {
@@ -130,7 +116,6 @@ std::string Export_Pdf_Pages(const std::string& path, int32_t width, int32_t hei
     if (width <= 0 || height <= 0 || page_count <= 0) {
         return "The document needs at least one page of at least 1 by 1 pixels.";
     }
-    Ensure_Gui_Application();
     return Write_Pdf(QString::fromStdString(path), width, height, page_count, paint);
 }
 
@@ -139,7 +124,6 @@ std::string Export_Trip_Kit(const std::string& path, std::span<const Kit_Airport
     if (airports.empty()) {
         return "The trip kit needs at least one airport.";
     }
-    Ensure_Gui_Application();
     const std::vector<Kit_Page_Rec> pages = Layout_Trip_Kit(airports, grid, Qt_Text_Metrics());
     return Export_Pdf_Pages(path, Kit_Page_Width, Kit_Page_Height, static_cast<int>(pages.size()),
                             [&](Surface& surface, int page) {
@@ -147,3 +131,5 @@ std::string Export_Trip_Kit(const std::string& path, std::span<const Kit_Airport
                                               grid);
                             });
 }
+
+} // namespace quilmark

@@ -10,6 +10,8 @@
 #include "chart/surface.h"
 #include "chart/trip_kit.h"
 
+namespace quilmark {
+
 // Draws one chart onto the surface it is given, for example
 //   [&](Surface& s) { Redraw_Chart(s, view, module); }
 using Chart_Paint = std::function<void(Surface&)>;
@@ -17,9 +19,9 @@ using Chart_Paint = std::function<void(Surface&)>;
 // Renders the chart into a file of width by height pixels, in the format that the
 // file's extension names (case does not matter): ".png", ".svg" or ".pdf". SVG and PDF
 // are vector files of the same size at 96 dpi. The path is a native path in UTF-8.
-// Returns an empty string on success, otherwise a message for the user. If the process
-// has no Qt application yet, one is made (on the offscreen platform unless
-// QT_QPA_PLATFORM says otherwise) and kept until the process ends, since fonts need it.
+// Returns an empty string on success, otherwise a message for the user. The labels' fonts
+// need a Qt GUI application (QGuiApplication or QApplication) in the process; the caller
+// makes it.
 std::string Export_Chart_Image(const std::string& path, int32_t width, int32_t height,
                                const Chart_Paint& paint);
 
@@ -35,3 +37,5 @@ std::string Export_Pdf_Pages(const std::string& path, int32_t width, int32_t hei
 // pages, laid out with the real fonts' measures.
 std::string Export_Trip_Kit(const std::string& path, std::span<const Kit_Airport_Rec> airports,
                             const Magvar_Grid& grid);
+
+} // namespace quilmark

@@ -14,9 +14,11 @@
 #include <memory>
 #include <string>
 
-#include "bgl/geodesy.h"
 #include "chart/qt_coverage.h"
+#include "geo/geodesy.h"
 #include "platform/text1252.h"
+
+namespace quilmark {
 
 QFont Chart_Label_Font() {
     QFont font(QStringLiteral("DejaVu Sans"));
@@ -55,7 +57,7 @@ QRectF Normal_Box(int32_t left, int32_t top, int32_t right, int32_t bottom) {
 double Radial_Angle(const QRectF& box, double x, double y) {
     double u = (x - box.center().x()) / (box.width() / 2);
     double v = (box.center().y() - y) / (box.height() / 2);
-    return std::atan2(v, u) * radians_to_degrees;
+    return std::atan2(v, u) * Radians_To_Degrees;
 }
 
 QString To_QString(std::string_view ansi) {
@@ -207,9 +209,9 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Label(std::string_view text, QRg
         }
         advance += a;
     }
-    constexpr int pad = Sprite_Margin + 1;
-    const double longest = advance + 2.0 * pad;
-    const int height = static_cast<int>(std::ceil(line_height)) + 2 * pad;
+    constexpr int Pad = Sprite_Margin + 1;
+    const double longest = advance + 2.0 * Pad;
+    const int height = static_cast<int>(std::ceil(line_height)) + 2 * Pad;
     if (longest * height * sizeof(QRgb) > Max_Bytes / 16.0) {
         return nullptr; // a label this long is drawn as text, not kept
     }
@@ -226,8 +228,8 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Label(std::string_view text, QRg
         p.setRenderHint(QPainter::TextAntialiasing, smooth);
         p.setFont(font);
         p.setPen(QColor::fromRgb(color));
-        // The label's top left corner at (pad, pad); the baseline an ascent below.
-        p.drawText(QPointF(pad, pad + ascent), To_QString(text));
+        // The label's top left corner at (Pad, Pad); the baseline an ascent below.
+        p.drawText(QPointF(Pad, Pad + ascent), To_QString(text));
     }
     QRect painted;
     for (int y = 0; y < height; ++y) {
@@ -250,7 +252,7 @@ const Qt_Sprite_Cache::Sprite* Qt_Sprite_Cache::Label(std::string_view text, QRg
         sprite.as_text = true;
     } else if (!painted.isNull()) {
         sprite.image = scratch.copy(painted);
-        sprite.offset = painted.topLeft() - QPoint(pad, pad);
+        sprite.offset = painted.topLeft() - QPoint(Pad, Pad);
     }
     const Sprite* kept = Keep(std::move(key), std::move(sprite));
     return kept == nullptr || kept->as_text ? nullptr : kept;
@@ -902,3 +904,5 @@ void Qt_Surface::Draw_Text(Point_F_Rec centre, double angle_deg, std::string_vie
     label_ascent = -1;
     painter_has_pen = false;
 }
+
+} // namespace quilmark

@@ -19,6 +19,8 @@
 #include "chart/qt_coverage.h"
 #include "chart/surface.h"
 
+namespace quilmark {
+
 // The font of every label on the chart: DejaVu Sans at 11 pixels (about 8 points on a
 // 96 dpi screen). Its size is given in pixels so that it is the same on every device,
 // whatever the device's resolution. The desktop program also makes it the application
@@ -213,3 +215,5 @@ class Qt_Surface final : public Surface {
     int32_t fill_style = Fill_Style_Hollow;
     QPointF current_point{0, 0};
 };
+
+} // namespace quilmark

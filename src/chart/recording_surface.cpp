@@ -6,6 +6,8 @@
 
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 namespace {
 
 Surface_Op_Rec Numbers_Op(Surface_Op op, std::initializer_list<int32_t> numbers) {
@@ -282,3 +284,5 @@ std::vector<std::string> Recorded_Op_Lines(const Recording_Surface& surface) {
     }
     return lines;
 }
+
+} // namespace quilmark

@@ -10,6 +10,8 @@
 
 #include "chart/surface.h"
 
+namespace quilmark {
+
 enum class Surface_Op {
     Cls,
     ForeColor,
@@ -94,3 +96,5 @@ std::string Format_Surface_Op(const Surface_Op_Rec& op);
 // All recorded operations, one line each, every line ending in '\n'.
 void Write_Recorded_Ops(const Recording_Surface& surface, std::ostream& out);
 std::vector<std::string> Recorded_Op_Lines(const Recording_Surface& surface);
+
+} // namespace quilmark

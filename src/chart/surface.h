@@ -10,6 +10,8 @@
 
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 struct Rgb_Rec {
     uint8_t red = 0;
     uint8_t green = 0;
@@ -172,3 +174,5 @@ inline void Ellipse_About(Surface& surface, int32_t x, int32_t y, int32_t r) {
     surface.Ellipse(Clamp_I32(int64_t{x} - r), Clamp_I32(int64_t{y} + r), Clamp_I32(int64_t{x} + r),
                     Clamp_I32(int64_t{y} - r));
 }
+
+} // namespace quilmark

@@ -5,7 +5,9 @@
 
 #include "chart/chart_records.h"
 #include "chart/diagram_style.h"
-#include "scenery/magdec.h"
+#include "geo/magnetic_variation.h"
+
+namespace quilmark {
 
 std::vector<Kit_Table_Rec> Airport_Data_Tables(const Airport_Rec& airport,
                                                const Magvar_Grid& grid) {
@@ -211,3 +213,5 @@ void Draw_Kit_Page(Surface& surface, const Kit_Page_Rec& page,
         surface.Draw_Text(t.centre, t.angle_deg, t.text, Diagram_Text_Style(t.role, palette));
     }
 }
+
+} // namespace quilmark

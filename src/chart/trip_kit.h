@@ -10,9 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "airspace/airspace_model.h"
-#include "bgl/airport_model.h"
 #include "chart/diagram_layout.h"
+#include "state/airport_model.h"
+#include "state/airspace_model.h"
+
+namespace quilmark {
 
 // One airport of the kit with the airspace around it, as GET AIRPORT leaves them.
 struct Kit_Airport_Rec {
@@ -52,3 +54,5 @@ std::vector<Kit_Page_Rec> Layout_Trip_Kit(std::span<const Kit_Airport_Rec> airpo
 // Draws one page on a surface of Kit_Page_Width by Kit_Page_Height pixels.
 void Draw_Kit_Page(Surface& surface, const Kit_Page_Rec& page,
                    std::span<const Kit_Airport_Rec> airports, const Magvar_Grid& grid);
+
+} // namespace quilmark

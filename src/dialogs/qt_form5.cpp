@@ -7,20 +7,17 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-#include "shell/module1.h"
-#include "shell/qt_program.h"
+#include "shell/qt_widgets.h"
+#include "state/module1.h"
 
-void Put_On_Top_At_Corner(QWidget& form) {
-    form.setWindowFlag(Qt::WindowStaysOnTopHint, true);
-    form.move(0, 0);
-}
+namespace quilmark {
 
-Form5::Form5(Quilmark_Program& program) : program_(program) {
+Form5::Form5(Form_Flow& flow, Module1& module) : flow_(flow), module_(module) {
     setWindowTitle("Options");
     setFixedSize(Twips(4560), Twips(3300));
     Frame1 = new QGroupBox("Options", this);
     Frame1->setGeometry(Twips(120), Twips(120), Twips(4215), Twips(1575));
-    Module1& m = program_.module();
+    Module1& m = module_;
     const auto check = [this](const char* caption, int left, int top, int width, int height,
                               bool& variable) {
         auto* box = new QCheckBox(caption, Frame1);
@@ -45,14 +42,12 @@ Form5::Form5(Quilmark_Program& program) : program_(program) {
     Option2 = new QRadioButton("Inches of Mercury", Frame2);
     Option2->setGeometry(Twips(1800), Twips(360), Twips(1575), Twips(255));
     Fit_Width(Option2);
-    connect(Option1, &QRadioButton::clicked, this,
-            [this] { program_.module().altimeter_units = 0; });
-    connect(Option2, &QRadioButton::clicked, this,
-            [this] { program_.module().altimeter_units = 1; });
+    connect(Option1, &QRadioButton::clicked, this, [this] { module_.altimeter_units = 0; });
+    connect(Option2, &QRadioButton::clicked, this, [this] { module_.altimeter_units = 1; });
 
     Command1 = new QPushButton("Ok", this);
     Command1->setGeometry(Twips(3000), Twips(2760), Twips(1335), Twips(375));
-    connect(Command1, &QPushButton::clicked, this, [this] { program_.Unload_Form5(); });
+    connect(Command1, &QPushButton::clicked, this, [this] { flow_.Unload_Form(Form_Id::Form5); });
 
     // The load: at the corner on top, then the controls show the variables as they are.
     Put_On_Top_At_Corner(*this);
@@ -60,7 +55,7 @@ Form5::Form5(Quilmark_Program& program) : program_(program) {
 }
 
 void Form5::Show_Variables() {
-    const Module1& m = program_.module();
+    const Module1& m = module_;
     const std::pair<QCheckBox*, bool> states[] = {
         {Check1, m.show_taxiway_ids}, {Check2, m.show_taxiways}, {Check5, m.show_gates},
         {Check3, m.show_ils},         {Check4, m.show_airspace}, {Check6, m.follow_aircraft}};
@@ -72,5 +67,7 @@ void Form5::Show_Variables() {
 
 void Form5::closeEvent(QCloseEvent* event) {
     event->ignore();
-    program_.Form_Closed(this);
+    flow_.Unload_Form(Form_Id::Form5);
 }
+
+} // namespace quilmark

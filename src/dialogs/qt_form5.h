@@ -3,17 +3,21 @@
 // the chart picks the change up at its next redraw.
 #pragma once
 
+#include "state/form_flow.h"
 #include <QWidget>
 
 class QCheckBox;
 class QGroupBox;
 class QPushButton;
 class QRadioButton;
-class Quilmark_Program;
+
+namespace quilmark {
+
+struct Module1;
 
 class Form5 : public QWidget {
   public:
-    explicit Form5(Quilmark_Program& program);
+    Form5(Form_Flow& flow, Module1& module);
     // The controls show the variables as they are: at the load, and when a new chart has
     // set them anew while the dialog stayed open.
     void Show_Variables();
@@ -34,9 +38,8 @@ class Form5 : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
 };
 
-// Places a dialog at the top left corner of the screen, above all other windows, keeping
-// its size.
-void Put_On_Top_At_Corner(QWidget& form);
+} // namespace quilmark

@@ -6,10 +6,11 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-#include "dialogs/qt_form5.h"
-#include "shell/qt_program.h"
+#include "shell/qt_widgets.h"
 
-Form6::Form6(Quilmark_Program& program) : program_(program) {
+namespace quilmark {
+
+Form6::Form6(Form_Flow& flow) : flow_(flow) {
     setWindowTitle("About Quilmark v1.1");
     setFixedSize(Twips(5115), Twips(5550));
     Label1 = new QLabel("QUILMARK VERSION 1.1", this);
@@ -56,11 +57,13 @@ Form6::Form6(Quilmark_Program& program) : program_(program) {
 
     Command1 = new QPushButton("Ok", this);
     Command1->setGeometry(Twips(3360), Twips(4920), Twips(1575), Twips(495));
-    connect(Command1, &QPushButton::clicked, this, [this] { program_.Unload_Form6(); });
+    connect(Command1, &QPushButton::clicked, this, [this] { flow_.Unload_Form(Form_Id::Form6); });
     Put_On_Top_At_Corner(*this);
 }
 
 void Form6::closeEvent(QCloseEvent* event) {
     event->ignore();
-    program_.Form_Closed(this);
+    flow_.Unload_Form(Form_Id::Form6);
 }
+
+} // namespace quilmark

@@ -1,17 +1,19 @@
 // Form6, the About box.
 #pragma once
 
+#include "state/form_flow.h"
 #include <QWidget>
 
 class QGroupBox;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
-class Quilmark_Program;
+
+namespace quilmark {
 
 class Form6 : public QWidget {
   public:
-    explicit Form6(Quilmark_Program& program);
+    explicit Form6(Form_Flow& flow);
 
     QLabel* Label1 = nullptr;
     QGroupBox* Frame1 = nullptr;
@@ -23,5 +25,7 @@ class Form6 : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
 };
+
+} // namespace quilmark

@@ -1,71 +1,25 @@
 #include "fs2004/airport_convert.h"
 
-#include <cmath>
-
-#include "bgl/geodesy.h"
+#include "bgl/airport_fields.h"
 #include "fs2004/bgl_file.h"
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
 #include "platform/text1252.h"
-#include "scenery/magdec.h"
+
+namespace quilmark {
 
 namespace {
 
-constexpr double Earth_Circumference_M = 40007000;
-
-// The field of Airport_Rec for each COM type of the format, which numbers its types as the
-// FS2002 comm kinds: 1 ATIS, 5 ground, 6 tower, 7 clearance, 8 approach, 9 departure,
-// 10 centre. The other types (multicom, unicom, CTAF, FSS, AWOS, ASOS) have none.
-std::string Airport_Rec::*Frequency_Field(uint16_t type) {
-    switch (type) {
-    case 1:
-        return &Airport_Rec::atis_freq;
-    case 5:
-        return &Airport_Rec::ground_freq;
-    case 6:
-        return &Airport_Rec::tower_freq;
-    case 7:
-        return &Airport_Rec::clearance_freq;
-    case 8:
-        return &Airport_Rec::approach_freq;
-    case 9:
-        return &Airport_Rec::departure_freq;
-    case 10:
-        return &Airport_Rec::center_freq;
-    default:
-        return nullptr;
-    }
-}
-
-double Within_180(double lon) {
-    if (lon > 180) {
-        lon -= 360;
-    }
-    if (lon < -180) {
-        lon += 360;
-    }
-    return lon;
-}
-
-// The drawn runway, as the chart draws every runway: a runway over 300 m stops 30 m short
-// of either end, the primary end lies half the length behind the centre against the
-// heading, the other end half the length ahead, on a sphere of 40 007 km.
+// The drawn runway, as the chart draws every runway.
 Runway_Rec Drawn_Runway(const Fs2004_Runway_Rec& r, const Magvar_Grid& grid) {
-    double length_m = r.length_m;
-    if (length_m > 300) {
-        length_m -= 60;
-    }
-    const double half_north = std::cos(degrees_to_radians * r.heading) * length_m * 0.5;
-    const double half_east = std::sin(degrees_to_radians * r.heading) * length_m * 0.5;
-    const double half_lat = 360 * half_north / Earth_Circumference_M;
-    const double half_lon =
-        360 * half_east / (std::cos(degrees_to_radians * r.lat) * Earth_Circumference_M);
+    const Runway_Ends_Rec ends = Drawn_Runway_Ends(r.lat, r.lon, r.heading, r.length_m);
     Runway_Rec runway;
     runway.end1_name = Fs2004_Runway_End_Text(r.primary_number, r.primary_designator);
     runway.end2_name = Fs2004_Runway_End_Text(r.secondary_number, r.secondary_designator);
-    runway.end1_lat = r.lat - half_lat;
-    runway.end1_lon = Within_180(r.lon - half_lon);
-    runway.end2_lat = r.lat + half_lat;
-    runway.end2_lon = Within_180(r.lon + half_lon);
+    runway.end1_lat = ends.end1_lat;
+    runway.end1_lon = ends.end1_lon;
+    runway.end2_lat = ends.end2_lat;
+    runway.end2_lon = ends.end2_lon;
     runway.altitude_ft = Millimetres_To_Feet(r.elevation_mm);
     runway.end1_heading = True_To_Magnetic(grid, r.heading, runway.end1_lat, runway.end1_lon);
     runway.end2_heading = True_To_Magnetic(grid, r.heading - 180, runway.end2_lat, runway.end2_lon);
@@ -168,3 +122,5 @@ Airport_Rec Fs2004_Airport_Record(const Fs2004_Airport_Rec& airport, const Magva
     }
     return a;
 }
+
+} // namespace quilmark

@@ -3,11 +3,13 @@
 // an airport of either simulator alike.
 #pragma once
 
-#include "bgl/airport_model.h"
 #include "fs2004/airports.h"
 #include "fs2004/ils.h"
 #include "fs2004/name_list.h"
-#include "scenery/magvar_grid.h"
+#include "geo/magnetic_variation.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 // Largest list of the ground network the program's count fields hold.
 constexpr size_t Max_Fs2004_Network_List = 32767;
@@ -18,3 +20,5 @@ constexpr size_t Max_Fs2004_Network_List = 32767;
 // network. A network with a list longer than the count fields hold is left out whole.
 Airport_Rec Fs2004_Airport_Record(const Fs2004_Airport_Rec& airport, const Magvar_Grid& grid,
                                   const Fs2004_Ils_Table& ils, const Fs2004_Name_Table& names);
+
+} // namespace quilmark

@@ -3,6 +3,8 @@
 #include "fs2004/bgl_file.h"
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int64_t Airport_Fixed_Part = 52;
@@ -12,7 +14,7 @@ constexpr int64_t Parking_Size = 20; // and 4 bytes per airline code behind it
 constexpr int64_t Taxi_Path_Size = 20;
 constexpr int64_t Taxi_Name_Size = 8;
 
-constexpr const char* kCompassPoints[] = {"N", "NE", "E", "SE", "S", "SW", "W", "NW"};
+constexpr const char* Compass_Points[] = {"N", "NE", "E", "SE", "S", "SW", "W", "NW"};
 
 // Taxi path types of the format, in the low nibble of the path's type byte.
 constexpr uint8_t Path_Type_Taxi = 1;
@@ -221,11 +223,11 @@ void Decode_Fs2004_Airports(Bgl_Image& image, std::vector<Fs2004_Airport_Rec>& a
 }
 
 std::string Fs2004_Runway_End_Text(uint8_t number, uint8_t designator) {
-    static const char* const kSuffix[] = {"", "L", "R", "C", "W"};
+    static const char* const Suffix[] = {"", "L", "R", "C", "W"};
     std::string text =
-        number >= 37 && number <= 44 ? kCompassPoints[number - 37] : std::to_string(number);
+        number >= 37 && number <= 44 ? Compass_Points[number - 37] : std::to_string(number);
     if (designator < 5) {
-        text += kSuffix[designator];
+        text += Suffix[designator];
     }
     return text;
 }
@@ -238,7 +240,7 @@ std::string Fs2004_Parking_Text(uint32_t bits) {
     if (code == 1) {
         name = "PARKING";
     } else if (code >= 2 && code <= 9) {
-        name = std::string(kCompassPoints[code - 2]) + " PARKING";
+        name = std::string(Compass_Points[code - 2]) + " PARKING";
     } else if (code == 10) {
         name = "GATE";
     } else if (code == 11) {
@@ -248,3 +250,5 @@ std::string Fs2004_Parking_Text(uint32_t bits) {
     }
     return name.empty() ? number : name + " " + number;
 }
+
+} // namespace quilmark

@@ -9,8 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "bgl/bgl_image.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 // Record ids of the airport section: the airport and its sub-records.
 constexpr uint16_t Fs2004_Id_Airport = 0x0003;
@@ -83,3 +85,5 @@ std::string Fs2004_Runway_End_Text(uint8_t number, uint8_t designator);
 // A parking spot's name and number as pilots read them, from the spot's bit field:
 // "GATE B 12", "N PARKING 3"; a spot without a name is its number alone.
 std::string Fs2004_Parking_Text(uint32_t bits);
+
+} // namespace quilmark

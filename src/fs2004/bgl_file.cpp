@@ -2,6 +2,8 @@
 
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 bool Is_Fs2004_File(const Bgl_Image& image) {
     return Bgl_File_Length(image) >= Fs2004_Section_Table && Read_U32(image, 0) == Fs2004_Magic;
 }
@@ -85,3 +87,5 @@ std::string Fs2004_Frequency_Text(uint32_t hz) {
 int32_t Millimetres_To_Feet(int64_t mm) {
     return To_I32(static_cast<double>(mm) / 304.8);
 }
+
+} // namespace quilmark

@@ -5,14 +5,16 @@
 // the sub-records nested in it. Positions are absolute file offsets, as in the image.
 //
 // This folder holds the decoders of that format, beside the FS2002 ones of src/bgl and on
-// the same floor: they stand on the image and its readers, the records of src/bgl and the
-// airspace records, and never on the program's shared state.
+// the same floor: they stand on the image and its readers, the airport and airspace
+// records of src/state and the geodesy, and never on the program's shared state.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "bgl/bgl_image.h"
+
+namespace quilmark {
 
 constexpr uint32_t Fs2004_Magic = 0x19920201u;
 constexpr int64_t Fs2004_Section_Table = 0x38; // the section pointers follow the header
@@ -149,3 +151,5 @@ void Walk_Fs2004_Records(Bgl_Image& image, uint32_t section_type, Visit visit) {
         return true;
     });
 }
+
+} // namespace quilmark

@@ -4,13 +4,15 @@
 
 #include "fs2004/airports.h"
 #include "fs2004/bgl_file.h"
+#include "geo/geodesy.h"
 #include "platform/rounding.h"
+
+namespace quilmark {
 
 namespace {
 
 constexpr int64_t Boundary_Fixed_Part = 32;
 constexpr int64_t Boundary_Point_Size = 10;
-constexpr double Metres_Per_Nautical_Mile = 1852;
 
 // Point types of an outline (the low 3 bits of the point's type word).
 constexpr uint16_t Outline_Start = 1;
@@ -54,9 +56,7 @@ int64_t Boundary_Records_Start(Bgl_Image& image, const Fs2004_Section_Rec& secti
 }
 
 void Add_Point(Airspace_Rec& airspace, uint8_t kind, double lat, double lon, int32_t radius) {
-    airspace.point_count += 1;
-    airspace.points.Resize_Keep(static_cast<size_t>(airspace.point_count));
-    airspace.points[static_cast<size_t>(airspace.point_count - 1)] = {kind, lat, lon, radius};
+    Append(airspace.points, airspace.point_count) = {kind, lat, lon, radius};
 }
 
 // The outline: latitude before longitude in each point, a circle's radius in metres where
@@ -109,9 +109,7 @@ void Decode_Boundary(Bgl_Image& image, int64_t rec, int64_t size, double lat, do
     if (!(south < lat && lat < north && west < lon && lon < east)) {
         return;
     }
-    airspace_count += 1;
-    airspaces.Resize_Keep(static_cast<size_t>(airspace_count));
-    Airspace_Rec& airspace = airspaces[static_cast<size_t>(airspace_count - 1)];
+    Airspace_Rec& airspace = Append(airspaces, airspace_count);
     airspace.boundary_type = Read_Byte(image, rec + 6);
     airspace.center_lat = Round_Decimals((south + north) / 2, 5);
     airspace.center_lon = Round_Decimals((west + east) / 2, 5);
@@ -175,3 +173,5 @@ std::string Fs2004_Class_Text(uint8_t boundary_type) {
         return "";
     }
 }
+
+} // namespace quilmark

@@ -7,9 +7,11 @@
 #include <cstdint>
 #include <string>
 
-#include "airspace/airspace_model.h"
 #include "bgl/bgl_image.h"
 #include "platform/dyn_array.h"
+#include "state/airspace_model.h"
+
+namespace quilmark {
 
 constexpr uint16_t Fs2004_Id_Boundary = 0x0020;
 constexpr uint16_t Fs2004_Id_Geopol = 0x0023; // coastlines and borders, mixed in and skipped
@@ -34,3 +36,5 @@ void Decode_Fs2004_Boundaries(Bgl_Image& image, double airport_lat, double airpo
 // Class B", "C" or "D" for those classes; empty for every other type, which the classic
 // class rule then decides.
 std::string Fs2004_Class_Text(uint8_t boundary_type);
+
+} // namespace quilmark

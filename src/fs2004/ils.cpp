@@ -1,8 +1,10 @@
 #include "fs2004/ils.h"
 
-#include "bgl/geodesy.h"
 #include "fs2004/airports.h"
 #include "fs2004/bgl_file.h"
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -65,3 +67,5 @@ const Fs2004_Ils_Rec* Find_Fs2004_Ils(const Fs2004_Ils_Table& table, const std::
     }
     return best;
 }
+
+} // namespace quilmark

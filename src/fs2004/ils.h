@@ -11,6 +11,8 @@
 
 #include "bgl/bgl_image.h"
 
+namespace quilmark {
+
 constexpr uint16_t Fs2004_Id_Navaid = 0x0013;
 constexpr uint16_t Fs2004_Id_Localizer = 0x0014;
 constexpr uint8_t Fs2004_Navaid_Ils = 4;
@@ -40,3 +42,5 @@ void Decode_Fs2004_Ils(Bgl_Image& image, Fs2004_Ils_Table& table);
 // the first 64 with the ident). Null if there is none.
 const Fs2004_Ils_Rec* Find_Fs2004_Ils(const Fs2004_Ils_Table& table, const std::string& ident,
                                       const std::string& airport_ident, double lat, double lon);
+
+} // namespace quilmark

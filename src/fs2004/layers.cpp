@@ -3,6 +3,8 @@
 #include <string>
 #include <unordered_map>
 
+namespace quilmark {
+
 namespace {
 
 uint32_t Runway_Key(const Fs2004_Runway_Rec& r) {
@@ -123,3 +125,5 @@ Layer_Fs2004_Airports(std::vector<std::vector<Fs2004_Airport_Rec>> layers) {
     }
     return airports;
 }
+
+} // namespace quilmark

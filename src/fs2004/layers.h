@@ -21,7 +21,11 @@
 
 #include "fs2004/airports.h"
 
+namespace quilmark {
+
 // The airports of all layers, lowest layer first, laid over each other: one record per
 // ident, in the order in which the idents first appear, with every deletion applied.
 std::vector<Fs2004_Airport_Rec>
 Layer_Fs2004_Airports(std::vector<std::vector<Fs2004_Airport_Rec>> layers);
+
+} // namespace quilmark

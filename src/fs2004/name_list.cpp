@@ -2,6 +2,8 @@
 
 #include "fs2004/bgl_file.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int64_t Icao_Entry_Size = 20;
@@ -47,3 +49,5 @@ void Decode_Fs2004_Names(Bgl_Image& image, Fs2004_Name_Table& names) {
         return true;
     });
 }
+
+} // namespace quilmark

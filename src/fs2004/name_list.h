@@ -9,9 +9,13 @@
 
 #include "bgl/bgl_image.h"
 
+namespace quilmark {
+
 // Airport ident to airport name, as the file has the name.
 using Fs2004_Name_Table = std::unordered_map<std::string, std::string>;
 
 // Adds the airport names of the file's name lists to the table; an ident already there
 // takes the newer name, so files read in layer order leave the highest layer's name.
 void Decode_Fs2004_Names(Bgl_Image& image, Fs2004_Name_Table& names);
+
+} // namespace quilmark

@@ -26,21 +26,23 @@
 #include "link/link_transport.h"
 #include "link/request_list.h"
 
-constexpr uint16_t bridge_default_port = 20020;
-constexpr uint32_t bridge_magic = 0x31424D51; // "QMB1"
-constexpr uint32_t bridge_find_window = 1;
-constexpr uint32_t bridge_send_list = 2;
-constexpr uint32_t bridge_request_header = 12;
-constexpr uint32_t bridge_answer_header = 20;
-constexpr uint32_t bridge_max_class_name = 64;
-constexpr uint32_t bridge_send_prefix = 8; // window and timeout before the list
-constexpr uint32_t bridge_max_frame = bridge_send_prefix + link_block_size;
-constexpr uint32_t bridge_max_timeout_ms = 5000;
+namespace quilmark {
+
+constexpr uint16_t Bridge_Default_Port = 20020;
+constexpr uint32_t Bridge_Magic = 0x31424D51; // "QMB1"
+constexpr uint32_t Bridge_Find_Window = 1;
+constexpr uint32_t Bridge_Send_List = 2;
+constexpr uint32_t Bridge_Request_Header = 12;
+constexpr uint32_t Bridge_Answer_Header = 20;
+constexpr uint32_t Bridge_Max_Class_Name = 64;
+constexpr uint32_t Bridge_Send_Prefix = 8; // window and timeout before the list
+constexpr uint32_t Bridge_Max_Frame = Bridge_Send_Prefix + Link_Block_Size;
+constexpr uint32_t Bridge_Max_Timeout_Ms = 5000;
 
 // A request frame: header and payload. length is what the header claims; a sound frame
 // gives the payload's size.
 std::vector<uint8_t> Form_Bridge_Request(uint32_t command, const std::vector<uint8_t>& payload,
-                                         uint32_t length, uint32_t magic = bridge_magic);
+                                         uint32_t length, uint32_t magic = Bridge_Magic);
 
 // The bridge's own end of the link: the message, atom, mapping and view that name its block
 // to the module, made once at start through module_side.
@@ -52,11 +54,11 @@ struct Bridge_Server_Rec {
     uint8_t* view = nullptr;
 };
 
-// ok, or the result that Link_Open would give at the failing step (no_message to no_view).
+// Ok, or the result that Link_Open would give at the failing step (No_Message to No_View).
 Link_Result Bridge_Open(Bridge_Server_Rec& bridge, Link_Transport& module_side);
 void Bridge_Close(Bridge_Server_Rec& bridge);
 
-// Whether a request's first bridge_request_header bytes are sound; length gets the number of
+// Whether a request's first Bridge_Request_Header bytes are sound; length gets the number of
 // payload bytes that must follow them.
 bool Check_Bridge_Header(const uint8_t* header, uint32_t& length);
 // Answers a whole request frame, header included: finds the window or hands the list to the
@@ -64,3 +66,5 @@ bool Check_Bridge_Header(const uint8_t* header, uint32_t& length);
 // answer stays empty and nothing reaches the module.
 bool Bridge_Answer(Bridge_Server_Rec& bridge, const uint8_t* frame, size_t size,
                    std::vector<uint8_t>& answer);
+
+} // namespace quilmark

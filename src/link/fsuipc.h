@@ -14,25 +14,27 @@
 
 #include "link/link_transport.h"
 
+namespace quilmark {
+
 // What an operation of the link came to. The numbers are the module protocol's own result
 // codes, so that a code printed in a diagnosis means the same everywhere.
 enum class Link_Result : int32_t {
-    ok = 0,
-    already_open = 1,          // Link_Open
-    no_window = 2,             // Link_Open: no module window of either class
-    no_message = 3,            // Link_Open: the message can't be registered
-    no_atom = 4,               // Link_Open: the atom can't be added
-    no_mapping = 5,            // Link_Open: the mapping can't be created, or already exists
-    no_view = 6,               // Link_Open: the view can't be mapped
-    bad_version = 7,           // Link_Open: version or check pattern wrong, via UIPCMAIN
-    wrong_simulator = 8,       // Link_Open: not the simulator asked for
-    not_open = 9,              // Link_Read, Link_Write, Link_Process
-    queue_empty = 10,          // Link_Process
-    no_answer = 11,            // Link_Process: no answer in time, no system error
-    send_failed = 12,          // Link_Process: no answer, with a system error
-    refused = 13,              // Link_Process: the module answered something other than 1
-    bad_version_fallback = 14, // Link_Open: version or check pattern wrong, via FS98MAIN
-    too_big = 15,              // Link_Read, Link_Write: the request doesn't fit in the block
+    Ok = 0,
+    Already_Open = 1,          // Link_Open
+    No_Window = 2,             // Link_Open: no module window of either class
+    No_Message = 3,            // Link_Open: the message can't be registered
+    No_Atom = 4,               // Link_Open: the atom can't be added
+    No_Mapping = 5,            // Link_Open: the mapping can't be created, or already exists
+    No_View = 6,               // Link_Open: the view can't be mapped
+    Bad_Version = 7,           // Link_Open: version or check pattern wrong, via UIPCMAIN
+    Wrong_Simulator = 8,       // Link_Open: not the simulator asked for
+    Not_Open = 9,              // Link_Read, Link_Write, Link_Process
+    Queue_Empty = 10,          // Link_Process
+    No_Answer = 11,            // Link_Process: no answer in time, no system error
+    Send_Failed = 12,          // Link_Process: no answer, with a system error
+    Refused = 13,              // Link_Process: the module answered something other than 1
+    Bad_Version_Fallback = 14, // Link_Open: version or check pattern wrong, via FS98MAIN
+    Too_Big = 15,              // Link_Read, Link_Write: the request doesn't fit in the block
 };
 
 // A read's destination as the client remembers it. The record in the block has only 4 bytes
@@ -59,8 +61,8 @@ struct Fsuipc_Rec {
     std::vector<Link_Destination_Rec> link_destinations;
 };
 
-constexpr int32_t fsuipc_fs2002 = 6;
-constexpr int32_t fsuipc_min_module_version = 0x19980005;
+constexpr int32_t Fsuipc_Fs2002 = 6;
+constexpr int32_t Fsuipc_Min_Module_Version = 0x19980005;
 
 void Link_Reset(Fsuipc_Rec& link);
 bool Link_Open(Fsuipc_Rec& link, int32_t required_sim, Link_Result& result);
@@ -74,3 +76,5 @@ bool Link_Read(Fsuipc_Rec& link, int32_t offset, int32_t size, void* destination
 bool Link_Write(Fsuipc_Rec& link, int32_t offset, int32_t size, const void* source,
                 Link_Result& result);
 bool Link_Process(Fsuipc_Rec& link, Link_Result& result);
+
+} // namespace quilmark

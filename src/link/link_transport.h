@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+namespace quilmark {
+
 class Link_Transport {
   public:
     virtual ~Link_Transport() = default;
@@ -35,3 +37,5 @@ class Link_Transport {
     virtual uint32_t Last_Error() = 0;
     virtual void Sleep_Ms(uint32_t ms) = 0;
 };
+
+} // namespace quilmark

@@ -2,20 +2,22 @@
 
 #include "link/request_list.h"
 
+namespace quilmark {
+
 namespace {
 
 // Global string atoms take the values from 0xC000 up, as on Windows. Their names compare
 // without regard to case there; the link's names are always written the same way.
-constexpr uint16_t first_string_atom = 0xC000;
-constexpr uint32_t first_registered_message = 0xC000;
-constexpr uint32_t error_invalid_handle = 6;
+constexpr uint16_t First_String_Atom = 0xC000;
+constexpr uint32_t First_Registered_Message = 0xC000;
+constexpr uint32_t Error_Invalid_Handle = 6;
 
 } // namespace
 
 uint32_t Local_Kernel_Transport::Register_Message(const char* name) {
     auto [it, added] = messages.try_emplace(name, 0);
     if (added) {
-        it->second = first_registered_message + static_cast<uint32_t>(messages.size()) - 1;
+        it->second = First_Registered_Message + static_cast<uint32_t>(messages.size()) - 1;
     }
     return it->second;
 }
@@ -27,7 +29,7 @@ uint16_t Local_Kernel_Transport::Add_Atom(const char* name) {
             return atom;
         }
     }
-    uint16_t atom = first_string_atom;
+    uint16_t atom = First_String_Atom;
     while (atoms.count(atom) != 0) {
         ++atom;
     }
@@ -51,7 +53,7 @@ uint64_t Local_Kernel_Transport::Create_Mapping(const char* name, uint32_t size)
     last_error = 0;
     for (const auto& [handle, rec] : handles) {
         if (rec.name == name) {
-            last_error = link_error_already_exists;
+            last_error = Link_Error_Already_Exists;
             uint64_t again = next_handle++;
             handles[again] = rec;
             return again;
@@ -65,7 +67,7 @@ uint64_t Local_Kernel_Transport::Create_Mapping(const char* name, uint32_t size)
 uint8_t* Local_Kernel_Transport::Map_View(uint64_t mapping) {
     auto it = handles.find(mapping);
     if (it == handles.end()) {
-        last_error = error_invalid_handle;
+        last_error = Error_Invalid_Handle;
         return nullptr;
     }
     uint8_t* view = it->second.memory->data();
@@ -94,3 +96,5 @@ uint8_t* Local_Kernel_Transport::Find_Block(uint64_t wparam, uint32_t& size) {
     }
     return nullptr;
 }
+
+} // namespace quilmark

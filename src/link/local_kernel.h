@@ -12,6 +12,8 @@
 
 #include "link/link_transport.h"
 
+namespace quilmark {
+
 class Local_Kernel_Transport : public Link_Transport {
   public:
     uint32_t Register_Message(const char* name) override;
@@ -52,3 +54,5 @@ class Local_Kernel_Transport : public Link_Transport {
     std::map<std::string, uint32_t> messages;
     uint64_t next_handle = 0x100;
 };
+
+} // namespace quilmark

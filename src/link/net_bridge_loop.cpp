@@ -4,19 +4,21 @@
 #include <chrono>
 #include <vector>
 
+namespace quilmark {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-enum class Stage { reading, ready, writing, done };
+enum class Stage { Reading, Ready, Writing, Done };
 
 struct Connection_Rec {
-    Net_Socket socket = net_no_socket;
-    Stage stage = Stage::reading;
+    Net_Socket socket = Net_No_Socket;
+    Stage stage = Stage::Reading;
     Clock::time_point deadline;
     std::vector<uint8_t> bytes; // the frame as it comes, then the answer as it leaves
-    size_t needed = bridge_request_header;
+    size_t needed = Bridge_Request_Header;
     size_t sent = 0;
 };
 
@@ -36,12 +38,12 @@ class Loop {
         FD_ZERO(&readable);
         FD_ZERO(&writable);
         Net_Socket highest = listener;
-        if (connections.size() < bridge_max_connections) {
+        if (connections.size() < Bridge_Max_Connections) {
             FD_SET(listener, &readable);
         }
         Clock::time_point wake = Clock::now() + Milliseconds(limits.poll_ms);
         for (const Connection_Rec& c : connections) {
-            FD_SET(c.socket, c.stage == Stage::writing ? &writable : &readable);
+            FD_SET(c.socket, c.stage == Stage::Writing ? &writable : &readable);
             highest = std::max(highest, c.socket);
             wake = std::min(wake, c.deadline);
         }
@@ -56,9 +58,9 @@ class Loop {
             Accept_All();
         }
         for (Connection_Rec& c : connections) {
-            if (c.stage == Stage::reading && FD_ISSET(c.socket, &readable)) {
+            if (c.stage == Stage::Reading && FD_ISSET(c.socket, &readable)) {
                 Read(c);
-            } else if (c.stage == Stage::writing && FD_ISSET(c.socket, &writable)) {
+            } else if (c.stage == Stage::Writing && FD_ISSET(c.socket, &writable)) {
                 Write(c);
             }
         }
@@ -66,25 +68,25 @@ class Loop {
         // module was busy with another is taken whole, not dropped.
         Clock::time_point now = Clock::now();
         for (Connection_Rec& c : connections) {
-            if (c.stage == Stage::reading && now >= c.deadline) {
-                End(c, Bridge_Outcome::too_slow);
-            } else if (c.stage == Stage::writing && now >= c.deadline) {
-                End(c, Bridge_Outcome::answer_lost);
+            if (c.stage == Stage::Reading && now >= c.deadline) {
+                End(c, Bridge_Outcome::Too_Slow);
+            } else if (c.stage == Stage::Writing && now >= c.deadline) {
+                End(c, Bridge_Outcome::Answer_Lost);
             }
         }
         for (Connection_Rec& c : connections) {
-            if (c.stage == Stage::ready) {
+            if (c.stage == Stage::Ready) {
                 Exchange(c);
             }
         }
-        std::erase_if(connections, [](const Connection_Rec& c) { return c.stage == Stage::done; });
+        std::erase_if(connections, [](const Connection_Rec& c) { return c.stage == Stage::Done; });
     }
 
   private:
     void Accept_All() {
-        while (connections.size() < bridge_max_connections) {
+        while (connections.size() < Bridge_Max_Connections) {
             Net_Socket peer = accept(listener, nullptr, nullptr);
-            if (peer == net_no_socket) {
+            if (peer == Net_No_Socket) {
                 return;
             }
             if (!Net_Selectable(peer) || !Set_Net_Nonblocking(peer)) {
@@ -94,7 +96,7 @@ class Loop {
             Connection_Rec c;
             c.socket = peer;
             c.deadline = Clock::now() + Milliseconds(limits.frame_deadline_ms);
-            c.bytes.reserve(bridge_request_header);
+            c.bytes.reserve(Bridge_Request_Header);
             connections.push_back(std::move(c));
         }
     }
@@ -108,22 +110,22 @@ class Loop {
                             static_cast<int>(c.needed - have), 0);
             c.bytes.resize(have + static_cast<size_t>(std::max<decltype(got)>(got, 0)));
             if (got == 0 || (got < 0 && !Net_Would_Block(Net_Error()))) {
-                End(c, Bridge_Outcome::closed_early);
+                End(c, Bridge_Outcome::Closed_Early);
                 return;
             }
             if (got < 0) {
                 return;
             }
             uint32_t length = 0;
-            if (c.bytes.size() == bridge_request_header && c.needed == bridge_request_header) {
+            if (c.bytes.size() == Bridge_Request_Header && c.needed == Bridge_Request_Header) {
                 if (!Check_Bridge_Header(c.bytes.data(), length)) {
-                    End(c, Bridge_Outcome::malformed);
+                    End(c, Bridge_Outcome::Malformed);
                     return;
                 }
-                c.needed = bridge_request_header + length;
+                c.needed = Bridge_Request_Header + length;
             }
         }
-        c.stage = Stage::ready;
+        c.stage = Stage::Ready;
     }
 
     // A client that gave up closed its end; what it sent still waits to be read, and after
@@ -136,17 +138,17 @@ class Loop {
 
     void Exchange(Connection_Rec& c) {
         if (Client_Gone(c)) {
-            End(c, Bridge_Outcome::client_gone);
+            End(c, Bridge_Outcome::Client_Gone);
             return;
         }
         std::vector<uint8_t> answer;
         if (!Bridge_Answer(bridge, c.bytes.data(), c.bytes.size(), answer)) {
-            End(c, Bridge_Outcome::malformed);
+            End(c, Bridge_Outcome::Malformed);
             return;
         }
         c.bytes = std::move(answer);
         c.sent = 0;
-        c.stage = Stage::writing;
+        c.stage = Stage::Writing;
         c.deadline = Clock::now() + Milliseconds(limits.answer_deadline_ms);
         Write(c);
     }
@@ -154,23 +156,23 @@ class Loop {
     void Write(Connection_Rec& c) {
         while (c.sent < c.bytes.size()) {
             auto put = send(c.socket, reinterpret_cast<const char*>(c.bytes.data() + c.sent),
-                            static_cast<int>(c.bytes.size() - c.sent), net_send_flags);
+                            static_cast<int>(c.bytes.size() - c.sent), Net_Send_Flags);
             if (put < 0 && Net_Would_Block(Net_Error())) {
                 return;
             }
             if (put <= 0) {
-                End(c, Bridge_Outcome::answer_lost);
+                End(c, Bridge_Outcome::Answer_Lost);
                 return;
             }
             c.sent += static_cast<size_t>(put);
         }
-        End(c, Bridge_Outcome::answered);
+        End(c, Bridge_Outcome::Answered);
     }
 
     void End(Connection_Rec& c, Bridge_Outcome outcome) {
         Close_Net_Socket(c.socket);
-        c.socket = net_no_socket;
-        c.stage = Stage::done;
+        c.socket = Net_No_Socket;
+        c.stage = Stage::Done;
         if (report) {
             report(outcome);
         }
@@ -188,7 +190,7 @@ class Loop {
 bool Open_Bridge_Listener(uint16_t port, Bridge_Listener_Rec& listener) {
     listener = {};
     Net_Socket s = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-    if (s == net_no_socket) {
+    if (s == Net_No_Socket) {
         listener.error = Net_Error();
         return false;
     }
@@ -217,9 +219,9 @@ bool Open_Bridge_Listener(uint16_t port, Bridge_Listener_Rec& listener) {
 }
 
 void Close_Bridge_Listener(Bridge_Listener_Rec& listener) {
-    if (listener.socket != net_no_socket) {
+    if (listener.socket != Net_No_Socket) {
         Close_Net_Socket(listener.socket);
-        listener.socket = net_no_socket;
+        listener.socket = Net_No_Socket;
     }
 }
 
@@ -231,3 +233,5 @@ void Run_Bridge(Bridge_Server_Rec& bridge, const Bridge_Listener_Rec& listener,
         loop.Turn();
     }
 }
+
+} // namespace quilmark

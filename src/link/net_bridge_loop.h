@@ -16,13 +16,15 @@
 #include "link/bridge_server.h"
 #include "link/net_socket.h"
 
+namespace quilmark {
+
 enum class Bridge_Outcome {
-    answered,
-    malformed,    // the frame broke the rules
-    too_slow,     // the whole frame didn't come within the deadline
-    closed_early, // the client closed before a whole frame
-    client_gone,  // a whole frame, but the client had gone before its turn
-    answer_lost,  // the answer could not be sent in time
+    Answered,
+    Malformed,    // the frame broke the rules
+    Too_Slow,     // the whole frame didn't come within the deadline
+    Closed_Early, // the client closed before a whole frame
+    Client_Gone,  // a whole frame, but the client had gone before its turn
+    Answer_Lost,  // the answer could not be sent in time
 };
 
 struct Bridge_Limits_Rec {
@@ -33,10 +35,10 @@ struct Bridge_Limits_Rec {
 
 // At most this many connections are open at once, so that they and the listener fit in one
 // select set (Winsock's holds 64); the backlog keeps the rest of a burst waiting meanwhile.
-constexpr size_t bridge_max_connections = 60;
+constexpr size_t Bridge_Max_Connections = 60;
 
 struct Bridge_Listener_Rec {
-    Net_Socket socket = net_no_socket;
+    Net_Socket socket = Net_No_Socket;
     uint16_t port = 0; // the port listened on, also when the system chose it
     int error = 0;     // the system's error when it couldn't listen
 };
@@ -51,3 +53,5 @@ void Close_Bridge_Listener(Bridge_Listener_Rec& listener);
 void Run_Bridge(Bridge_Server_Rec& bridge, const Bridge_Listener_Rec& listener,
                 const std::atomic<bool>& stop, const Bridge_Limits_Rec& limits,
                 const std::function<void(Bridge_Outcome)>& report);
+
+} // namespace quilmark

@@ -11,11 +11,13 @@
 #include <thread>
 #include <unistd.h>
 
+namespace quilmark {
+
 namespace {
 
-constexpr uint32_t connect_wait_ms = 1000;
-constexpr uint32_t find_wait_ms = 2000;
-constexpr uint32_t answer_margin_ms = 1000;
+constexpr uint32_t Connect_Wait_Ms = 1000;
+constexpr uint32_t Find_Wait_Ms = 2000;
+constexpr uint32_t Answer_Margin_Ms = 1000;
 
 class Socket_Stream {
   public:
@@ -69,30 +71,30 @@ bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& pa
     last_error = 0;
     int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (fd < 0) {
-        last_error = bridge_error_refused;
+        last_error = Bridge_Error_Refused;
         return false;
     }
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    Set_Wait(fd, SO_SNDTIMEO, connect_wait_ms);
+    Set_Wait(fd, SO_SNDTIMEO, Connect_Wait_Ms);
     Set_Wait(fd, SO_RCVTIMEO, wait_ms);
     int one = 1;
     setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
     bool ok = false;
     if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        last_error = bridge_error_refused;
+        last_error = Bridge_Error_Refused;
     } else {
         Socket_Stream stream(fd);
         std::vector<uint8_t> frame =
             Form_Bridge_Request(command, payload, static_cast<uint32_t>(payload.size()));
-        uint8_t header[bridge_answer_header];
+        uint8_t header[Bridge_Answer_Header];
         if (!stream.Write_All(frame.data(), frame.size()) ||
             !stream.Read_Exact(header, sizeof header)) {
-            last_error = bridge_error_timed_out;
-        } else if (Get_U32(header) != bridge_magic || Get_U32(header + 16) > link_block_size) {
-            last_error = bridge_error_invalid_data;
+            last_error = Bridge_Error_Timed_Out;
+        } else if (Get_U32(header) != Bridge_Magic || Get_U32(header + 16) > Link_Block_Size) {
+            last_error = Bridge_Error_Invalid_Data;
         } else {
             reply.status = Get_U32(header + 4);
             reply.value = Get_U32(header + 8);
@@ -100,7 +102,7 @@ bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& pa
             reply.data.resize(Get_U32(header + 16));
             ok = stream.Read_Exact(reply.data.data(), reply.data.size());
             if (!ok) {
-                last_error = bridge_error_timed_out;
+                last_error = Bridge_Error_Timed_Out;
             }
         }
     }
@@ -111,7 +113,7 @@ bool Bridge_Transport::Exchange(uint32_t command, const std::vector<uint8_t>& pa
 uint64_t Bridge_Transport::Find_Window(const char* class_name) {
     std::vector<uint8_t> payload(class_name, class_name + std::strlen(class_name));
     Reply_Rec reply;
-    if (!Exchange(bridge_find_window, payload, find_wait_ms, reply) || reply.status != 1) {
+    if (!Exchange(Bridge_Find_Window, payload, Find_Wait_Ms, reply) || reply.status != 1) {
         return 0;
     }
     return reply.value;
@@ -130,15 +132,15 @@ bool Bridge_Transport::Send_Message_Timeout(uint64_t window, uint32_t /*message*
     uint8_t* block = Find_Block(wparam, size);
     uint32_t length = block == nullptr ? 0 : Measure_Request_List(block, size);
     if (length == 0) {
-        last_error = bridge_error_invalid_data;
+        last_error = Bridge_Error_Invalid_Data;
         return false;
     }
-    std::vector<uint8_t> payload(bridge_send_prefix);
+    std::vector<uint8_t> payload(Bridge_Send_Prefix);
     Put_U32(payload.data(), static_cast<uint32_t>(window));
     Put_U32(payload.data() + 4, timeout_ms);
     payload.insert(payload.end(), block, block + length);
     Reply_Rec reply;
-    if (!Exchange(bridge_send_list, payload, timeout_ms + answer_margin_ms, reply)) {
+    if (!Exchange(Bridge_Send_List, payload, timeout_ms + Answer_Margin_Ms, reply)) {
         return false;
     }
     if (reply.status != 1) {
@@ -146,7 +148,7 @@ bool Bridge_Transport::Send_Message_Timeout(uint64_t window, uint32_t /*message*
         return false;
     }
     if (reply.data.size() != length) {
-        last_error = bridge_error_invalid_data;
+        last_error = Bridge_Error_Invalid_Data;
         return false;
     }
     std::memcpy(block, reply.data.data(), length);
@@ -157,3 +159,5 @@ bool Bridge_Transport::Send_Message_Timeout(uint64_t window, uint32_t /*message*
 void Bridge_Transport::Sleep_Ms(uint32_t ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
+
+} // namespace quilmark

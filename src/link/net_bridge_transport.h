@@ -4,7 +4,7 @@
 // connection (see bridge_server.h); the atom and the mapping are kept here, and the bridge
 // uses its own to hand the list to the module.
 //
-// With no bridge listening no window is found, so Link_Open reports no_window as it does with
+// With no bridge listening no window is found, so Link_Open reports No_Window as it does with
 // no simulator running; Last_Error then tells the two apart (10061, the connection refused).
 #pragma once
 
@@ -14,15 +14,17 @@
 #include "link/bridge_server.h"
 #include "link/local_kernel.h"
 
+namespace quilmark {
+
 // System errors as the Windows side would name them, so that Link_Process tells a missing
-// bridge (a failed send with an error, send_failed) from a silent one.
-constexpr uint32_t bridge_error_refused = 10061;   // WSAECONNREFUSED: nothing listens
-constexpr uint32_t bridge_error_timed_out = 10060; // WSAETIMEDOUT: no whole answer in time
-constexpr uint32_t bridge_error_invalid_data = 13; // ERROR_INVALID_DATA: not a bridge's answer
+// bridge (a failed send with an error, Send_Failed) from a silent one.
+constexpr uint32_t Bridge_Error_Refused = 10061;   // WSAECONNREFUSED: nothing listens
+constexpr uint32_t Bridge_Error_Timed_Out = 10060; // WSAETIMEDOUT: no whole answer in time
+constexpr uint32_t Bridge_Error_Invalid_Data = 13; // ERROR_INVALID_DATA: not a bridge's answer
 
 class Bridge_Transport : public Local_Kernel_Transport {
   public:
-    explicit Bridge_Transport(uint16_t bridge_port = bridge_default_port);
+    explicit Bridge_Transport(uint16_t bridge_port = Bridge_Default_Port);
 
     uint64_t Find_Window(const char* class_name) override;
     uint32_t Current_Process_Id() override;
@@ -45,3 +47,5 @@ class Bridge_Transport : public Local_Kernel_Transport {
 
     uint16_t port;
 };
+
+} // namespace quilmark

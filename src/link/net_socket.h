@@ -8,11 +8,22 @@
 // Winsock has to come before windows.h.
 #include <winsock2.h>
 #include <ws2tcpip.h>
+#else
+#include <cerrno>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/select.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#endif
 
+namespace quilmark {
+
+#ifdef _WIN32
 using Net_Socket = SOCKET;
 using Net_Length = int;
-constexpr Net_Socket net_no_socket = INVALID_SOCKET;
-constexpr int net_send_flags = 0;
+constexpr Net_Socket Net_No_Socket = INVALID_SOCKET;
+constexpr int Net_Send_Flags = 0;
 
 inline void Close_Net_Socket(Net_Socket s) {
     closesocket(s);
@@ -33,17 +44,10 @@ inline bool Net_Selectable(Net_Socket) {
     return true;
 }
 #else
-#include <cerrno>
-#include <fcntl.h>
-#include <netinet/in.h>
-#include <sys/select.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 using Net_Socket = int;
 using Net_Length = socklen_t;
-constexpr Net_Socket net_no_socket = -1;
-constexpr int net_send_flags = MSG_NOSIGNAL;
+constexpr Net_Socket Net_No_Socket = -1;
+constexpr int Net_Send_Flags = MSG_NOSIGNAL;
 
 inline void Close_Net_Socket(Net_Socket s) {
     close(s);
@@ -62,3 +66,5 @@ inline bool Net_Selectable(Net_Socket s) {
     return s >= 0 && s < FD_SETSIZE;
 }
 #endif
+
+} // namespace quilmark

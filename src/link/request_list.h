@@ -16,21 +16,23 @@
 #include <cstddef>
 #include <cstdint>
 
-constexpr uint32_t link_block_size = 0x8000;
-constexpr uint32_t link_list_limit = 0x7F00;
-constexpr uint32_t link_read_id = 1;
-constexpr uint32_t link_write_id = 2;
-constexpr uint32_t link_read_header = 16;
-constexpr uint32_t link_write_header = 12;
-constexpr uint32_t link_closing_word = 4;
+namespace quilmark {
+
+constexpr uint32_t Link_Block_Size = 0x8000;
+constexpr uint32_t Link_List_Limit = 0x7F00;
+constexpr uint32_t Link_Read_Id = 1;
+constexpr uint32_t Link_Write_Id = 2;
+constexpr uint32_t Link_Read_Header = 16;
+constexpr uint32_t Link_Write_Header = 12;
+constexpr uint32_t Link_Closing_Word = 4;
 
 // Window classes of the module, the registered message, and the message's flags and wait.
-constexpr const char* link_main_class = "UIPCMAIN";
-constexpr const char* link_fallback_class = "FS98MAIN";
-constexpr const char* link_message_name = "FSASMLIB:IPC";
-constexpr uint32_t link_smto_block = 1;
-constexpr uint32_t link_send_timeout_ms = 2000;
-constexpr uint32_t link_error_already_exists = 183;
+constexpr const char* Link_Main_Class = "UIPCMAIN";
+constexpr const char* Link_Fallback_Class = "FS98MAIN";
+constexpr const char* Link_Message_Name = "FSASMLIB:IPC";
+constexpr uint32_t Link_Smto_Block = 1;
+constexpr uint32_t Link_Send_Timeout_Ms = 2000;
+constexpr uint32_t Link_Error_Already_Exists = 183;
 
 // The name that the atom and the mapping share: "FSASMLIB:IPC:", the process id in upper-case
 // hexadecimal without leading zeros, ":1". It always fits the 24 characters of name.
@@ -68,3 +70,5 @@ struct Module_Tally_Rec {
 // answered.
 bool Answer_Request_List(uint8_t* block, uint32_t block_size, Module_Space_Rec& space,
                          Module_Tally_Rec& tally);
+
+} // namespace quilmark

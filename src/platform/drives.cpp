@@ -9,6 +9,8 @@
 
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -312,3 +314,5 @@ std::vector<Wine_Prefix_Rec> Find_Home_Wine_Prefixes(const std::string& home) {
     }
     return prefixes;
 }
+
+} // namespace quilmark

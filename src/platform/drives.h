@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+namespace quilmark {
+
 // Drive types as Windows numbers them; the scenery folders use only fixed and CD-ROM drives.
 constexpr int16_t Drive_Type_Unknown = 0;
 constexpr int16_t Drive_Type_Removable = 1;
@@ -73,3 +75,5 @@ std::vector<Wine_Prefix_Rec> Find_Home_Wine_Prefixes(const std::string& home);
 // The drive whose letter path is the first two characters of text ("c:" or "C:"), or
 // nullptr.
 const Drive_Rec* Find_Drive(const Drive_List& list, std::string_view letter_path);
+
+} // namespace quilmark

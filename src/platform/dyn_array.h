@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <vector>
 
+namespace quilmark {
+
 template <class T> struct Dyn_Array {
     bool allocated = false;
     std::vector<T> items;
@@ -36,3 +38,14 @@ template <class T> struct Dyn_Array {
     const T& operator[](size_t i) const { return items[i]; }
     bool operator==(const Dyn_Array&) const = default;
 };
+
+// Appends to an array that grows one slot at a time: count goes up by one, the array then
+// holds slots 0 to count, its top slot the spare empty one, and the new entry (the slot
+// that was the spare one) is returned to be filled.
+template <class T, class Count> T& Append(Dyn_Array<T>& list, Count& count) {
+    count += 1;
+    list.Resize_Keep(static_cast<size_t>(count));
+    return list[static_cast<size_t>(count) - 1];
+}
+
+} // namespace quilmark

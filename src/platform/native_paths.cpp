@@ -8,6 +8,8 @@
 
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -289,3 +291,5 @@ bool Write_File_Replacing(const std::string& native_path, std::string_view bytes
     std::optional<Pending_File_Rec> pending = Write_Pending_File(native_path, bytes);
     return pending && Commit_Pending_File(*pending);
 }
+
+} // namespace quilmark

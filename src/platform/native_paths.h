@@ -14,6 +14,8 @@
 
 #include "platform/drives.h"
 
+namespace quilmark {
+
 // The native path for a program path. Accepted forms:
 //   "C:\dir\file", "c:dir\file"  a drive letter, mapped through the list;
 //   "\dir\file", "/dir/file"     the native root "/" (so native absolute paths pass);
@@ -50,9 +52,9 @@ bool Normal_File_Exists(const Drive_List& drives, std::string_view program_path)
 // The whole of a regular file (or a link to one) at a native path, or nothing if the path
 // names anything else, cannot be opened or read, or is larger than max_size bytes. A
 // folder, a named pipe or a device is never opened: reading one could wait for ever or
-// never end.
-std::optional<std::string> Read_Whole_File(const std::string& native_path,
-                                           uint64_t max_size = UINT64_MAX);
+// never end. This is the program's one whole-file read; every caller gives the size past
+// which a file can't be one it reads.
+std::optional<std::string> Read_Whole_File(const std::string& native_path, uint64_t max_size);
 // The same as bytes, with spare zero bytes behind the file's own.
 std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& native_path,
                                                           uint64_t max_size, size_t spare = 0);
@@ -78,3 +80,5 @@ void Discard_Pending_File(const Pending_File_Rec& file);
 // Replaces the file at a native path by the bytes, through a pending file, so a crash never
 // leaves a half-written file. False if anything fails; the target is then left as it was.
 bool Write_File_Replacing(const std::string& native_path, std::string_view bytes);
+
+} // namespace quilmark

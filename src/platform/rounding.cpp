@@ -7,6 +7,8 @@
 #include <limits>
 #include <string>
 
+namespace quilmark {
+
 double Round_Half_Even(double x) {
     if (!std::isfinite(x)) {
         return x;
@@ -24,8 +26,8 @@ double Round_Half_Even(double x) {
 
 namespace {
 
-constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+constexpr double Powers_Of_Ten[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 // Slow but exact: the full decimal expansion of the double, rounded as decimal text.
 double Round_Decimals_By_Text(double x, int decimals) {
@@ -85,7 +87,7 @@ double Round_Decimals(double x, int decimals) {
     if (decimals > 15) {
         decimals = 15;
     }
-    const double scale = kPowersOfTen[decimals];
+    const double scale = Powers_Of_Ten[decimals];
     const double magnitude = std::fabs(x);
     // y + err is the exact product magnitude * scale.
     const double y = magnitude * scale;
@@ -161,3 +163,5 @@ int32_t Clamp_I32(int64_t v) {
     }
     return static_cast<int32_t>(v);
 }
+
+} // namespace quilmark

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace quilmark {
+
 // Nearest whole number, halves to even. NaN and infinities come back unchanged.
 double Round_Half_Even(double x);
 
@@ -21,3 +23,5 @@ int32_t To_I32(double x);
 // Saturating narrowing of integer arithmetic done in a wider type.
 int16_t Clamp_I16(int64_t v);
 int32_t Clamp_I32(int64_t v);
+
+} // namespace quilmark

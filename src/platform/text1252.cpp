@@ -3,17 +3,19 @@
 #include <array>
 #include <cstdint>
 
+namespace quilmark {
+
 namespace {
 
 // Unicode code points of the bytes 0x80 to 0x9F of Windows-1252.
-constexpr std::array<uint16_t, 32> kHighControls = {
+constexpr std::array<uint16_t, 32> High_Controls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 uint32_t Code_Point_Of(unsigned char b) {
     if (b >= 0x80 && b <= 0x9F) {
-        return kHighControls[b - 0x80];
+        return High_Controls[b - 0x80];
     }
     return b;
 }
@@ -35,8 +37,8 @@ int Byte_From_Code_Point(uint32_t cp) {
     if (cp < 0x80 || (cp >= 0xA0 && cp <= 0xFF)) {
         return static_cast<int>(cp);
     }
-    for (size_t i = 0; i < kHighControls.size(); ++i) {
-        if (kHighControls[i] == cp) {
+    for (size_t i = 0; i < High_Controls.size(); ++i) {
+        if (High_Controls[i] == cp) {
             return static_cast<int>(0x80 + i);
         }
     }
@@ -207,3 +209,5 @@ std::string Utf8_To_Ansi(std::string_view utf8) {
     }
     return out;
 }
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace quilmark {
+
 // Upper and lower case by the letters of Windows-1252 (ASCII, the accented letters of
 // 0xC0 to 0xFE, and the pairs š/Š, œ/Œ, ž/Ž, ÿ/Ÿ); every other byte stays as it is.
 char Upper_1252_Char(char c);
@@ -26,3 +28,5 @@ int Compare_No_Case(std::string_view a, std::string_view b);
 std::string Ansi_To_Utf8(std::string_view ansi);
 // A character that Windows-1252 cannot hold, or a broken UTF-8 sequence, becomes '?'.
 std::string Utf8_To_Ansi(std::string_view utf8);
+
+} // namespace quilmark

@@ -3,7 +3,68 @@
 #include <cstring>
 #include <filesystem>
 
+namespace quilmark {
+
 namespace {
+
+// The fields of a record in the order the file holds them, for the encoder and the decoder
+// alike: Field for each text (u16 length and bytes), f64, i32 and i16, and List for each
+// array (a descriptor, then its elements), with the fewest bytes one element can take.
+template <class Coder, class Airport> void Airport_Fields(Coder& c, Airport& a) {
+    c.Field(a.ident);
+    c.Field(a.name);
+    c.Field(a.lat);
+    c.Field(a.lon);
+    c.Field(a.clearance_freq);
+    c.Field(a.ground_freq);
+    c.Field(a.tower_freq);
+    c.Field(a.departure_freq);
+    c.Field(a.approach_freq);
+    c.Field(a.center_freq);
+    c.Field(a.atis_freq);
+    c.List(a.runways, 4 + 48, [&c](auto& r) {
+        c.Field(r.end1_name);
+        c.Field(r.end2_name);
+        c.Field(r.end1_lat);
+        c.Field(r.end1_lon);
+        c.Field(r.end2_lat);
+        c.Field(r.end2_lon);
+        c.Field(r.altitude_ft);
+        c.Field(r.end1_heading);
+        c.Field(r.end2_heading);
+        c.Field(r.length_raw);
+        c.Field(r.width_raw);
+    });
+    c.Field(a.runway_count);
+    c.List(a.ils, 4 + 18, [&c](auto& i) {
+        c.Field(i.ils_name);
+        c.Field(i.lat);
+        c.Field(i.lon);
+        c.Field(i.mag_heading);
+        c.Field(i.frequency);
+    });
+    c.Field(a.ils_count);
+    c.List(a.taxi_points, 20, [&c](auto& p) {
+        c.Field(p.point_kind);
+        c.Field(p.lat);
+        c.Field(p.lon);
+    });
+    c.Field(a.taxi_point_count);
+    c.List(a.parkings, 2 + 20, [&c](auto& p) {
+        c.Field(p.spot_name);
+        c.Field(p.lat);
+        c.Field(p.lon);
+        c.Field(p.radius_ft);
+    });
+    c.Field(a.parking_count);
+    c.List(a.taxi_paths, 12 + 2, [&c](auto& p) {
+        c.Field(p.path_kind);
+        c.Field(p.start_point);
+        c.Field(p.end_point);
+        c.Field(p.path_label);
+    });
+    c.Field(a.taxi_path_count);
+}
 
 class Encoder {
   public:
@@ -13,14 +74,14 @@ class Encoder {
         bytes.push_back(static_cast<uint8_t>(v & 0xFF));
         bytes.push_back(static_cast<uint8_t>(v >> 8));
     }
-    void I16(int16_t v) { U16(static_cast<uint16_t>(v)); }
     void U32(uint32_t v) {
         for (int i = 0; i < 4; ++i) {
             bytes.push_back(static_cast<uint8_t>((v >> (8 * i)) & 0xFF));
         }
     }
-    void I32(int32_t v) { U32(static_cast<uint32_t>(v)); }
-    void F64(double v) {
+    void Field(int16_t v) { U16(static_cast<uint16_t>(v)); }
+    void Field(int32_t v) { U32(static_cast<uint32_t>(v)); }
+    void Field(double v) {
         uint64_t u;
         std::memcpy(&u, &v, 8);
         for (int i = 0; i < 8; ++i) {
@@ -28,78 +89,22 @@ class Encoder {
         }
     }
     // A text longer than a u16 count can hold keeps its first 65535 bytes.
-    void Text(const std::string& s) {
+    void Field(const std::string& s) {
         size_t n = s.size() > 65535 ? 65535 : s.size();
         U16(static_cast<uint16_t>(n));
         bytes.insert(bytes.end(), s.begin(), s.begin() + static_cast<long>(n));
     }
-    template <class T, class Element> void Array(const Dyn_Array<T>& a, Element element) {
+    template <class T, class Element> void List(const Dyn_Array<T>& a, size_t, Element element) {
         if (!a.allocated) {
             U16(0); // never allocated: the descriptor ends here
             return;
         }
         U16(1);
         U32(static_cast<uint32_t>(a.Slot_Count()));
-        I32(0); // lower bound
+        Field(int32_t{0}); // lower bound
         for (const T& item : a.items) {
             element(item);
         }
-    }
-
-    void Airport(const Airport_Rec& a) {
-        Text(a.ident);
-        Text(a.name);
-        F64(a.lat);
-        F64(a.lon);
-        Text(a.clearance_freq);
-        Text(a.ground_freq);
-        Text(a.tower_freq);
-        Text(a.departure_freq);
-        Text(a.approach_freq);
-        Text(a.center_freq);
-        Text(a.atis_freq);
-        Array(a.runways, [this](const Runway_Rec& r) {
-            Text(r.end1_name);
-            Text(r.end2_name);
-            F64(r.end1_lat);
-            F64(r.end1_lon);
-            F64(r.end2_lat);
-            F64(r.end2_lon);
-            I32(r.altitude_ft);
-            I16(r.end1_heading);
-            I16(r.end2_heading);
-            I32(r.length_raw);
-            I32(r.width_raw);
-        });
-        I32(a.runway_count);
-        Array(a.ils, [this](const ILS_Rec& i) {
-            Text(i.ils_name);
-            F64(i.lat);
-            F64(i.lon);
-            I16(i.mag_heading);
-            Text(i.frequency);
-        });
-        I32(a.ils_count);
-        Array(a.taxi_points, [this](const Taxi_Point_Rec& p) {
-            I32(p.point_kind);
-            F64(p.lat);
-            F64(p.lon);
-        });
-        I32(a.taxi_point_count);
-        Array(a.parkings, [this](const Parking_Rec& p) {
-            Text(p.spot_name);
-            F64(p.lat);
-            F64(p.lon);
-            I32(p.radius_ft);
-        });
-        I32(a.parking_count);
-        Array(a.taxi_paths, [this](const Taxi_Path_Rec& p) {
-            I32(p.path_kind);
-            I32(p.start_point);
-            I32(p.end_point);
-            Text(p.path_label);
-        });
-        I32(a.taxi_path_count);
     }
 };
 
@@ -127,46 +132,44 @@ class Decoder {
         Take(b, 2);
         return static_cast<uint16_t>(b[0] | (b[1] << 8));
     }
-    int16_t I16() { return static_cast<int16_t>(U16()); }
     uint32_t U32() {
         uint8_t b[4];
         Take(b, 4);
         return static_cast<uint32_t>(b[0]) | (static_cast<uint32_t>(b[1]) << 8) |
                (static_cast<uint32_t>(b[2]) << 16) | (static_cast<uint32_t>(b[3]) << 24);
     }
-    int32_t I32() { return static_cast<int32_t>(U32()); }
-    double F64() {
+    void Field(int16_t& v) { v = static_cast<int16_t>(U16()); }
+    void Field(int32_t& v) { v = static_cast<int32_t>(U32()); }
+    void Field(double& v) {
         uint8_t b[8];
         Take(b, 8);
         uint64_t u = 0;
         for (int i = 7; i >= 0; --i) {
             u = (u << 8) | b[i];
         }
-        double v;
         std::memcpy(&v, &u, 8);
-        return v;
     }
-    std::string Text() {
+    void Field(std::string& s) {
         uint16_t n = U16();
         if (failed || n > Remaining()) {
             failed = true;
-            return {};
+            s.clear();
+            return;
         }
-        std::string s(reinterpret_cast<const char*>(bytes_.data() + at_), n);
+        s.assign(reinterpret_cast<const char*>(bytes_.data() + at_), n);
         at_ += n;
-        return s;
     }
     // min_element_size: the fewest bytes one element can take, which bounds the count by
     // what is left of the file.
     template <class T, class Element>
-    void Array(Dyn_Array<T>& a, size_t min_element_size, Element element) {
+    void List(Dyn_Array<T>& a, size_t min_element_size, Element element) {
         uint16_t dimensions = U16();
         if (dimensions == 0) {
             a.Clear();
             return;
         }
         uint32_t count = U32();
-        int32_t lower_bound = I32();
+        int32_t lower_bound = static_cast<int32_t>(U32());
         if (failed || dimensions != 1 || lower_bound != 0 ||
             count > Remaining() / min_element_size) {
             failed = true;
@@ -182,59 +185,7 @@ class Decoder {
     }
 
     void Airport(Airport_Rec& a) {
-        a.ident = Text();
-        a.name = Text();
-        a.lat = F64();
-        a.lon = F64();
-        a.clearance_freq = Text();
-        a.ground_freq = Text();
-        a.tower_freq = Text();
-        a.departure_freq = Text();
-        a.approach_freq = Text();
-        a.center_freq = Text();
-        a.atis_freq = Text();
-        Array(a.runways, 4 + 48, [this](Runway_Rec& r) {
-            r.end1_name = Text();
-            r.end2_name = Text();
-            r.end1_lat = F64();
-            r.end1_lon = F64();
-            r.end2_lat = F64();
-            r.end2_lon = F64();
-            r.altitude_ft = I32();
-            r.end1_heading = I16();
-            r.end2_heading = I16();
-            r.length_raw = I32();
-            r.width_raw = I32();
-        });
-        a.runway_count = I32();
-        Array(a.ils, 4 + 18, [this](ILS_Rec& i) {
-            i.ils_name = Text();
-            i.lat = F64();
-            i.lon = F64();
-            i.mag_heading = I16();
-            i.frequency = Text();
-        });
-        a.ils_count = I32();
-        Array(a.taxi_points, 20, [this](Taxi_Point_Rec& p) {
-            p.point_kind = I32();
-            p.lat = F64();
-            p.lon = F64();
-        });
-        a.taxi_point_count = I32();
-        Array(a.parkings, 2 + 20, [this](Parking_Rec& p) {
-            p.spot_name = Text();
-            p.lat = F64();
-            p.lon = F64();
-            p.radius_ft = I32();
-        });
-        a.parking_count = I32();
-        Array(a.taxi_paths, 12 + 2, [this](Taxi_Path_Rec& p) {
-            p.path_kind = I32();
-            p.start_point = I32();
-            p.end_point = I32();
-            p.path_label = Text();
-        });
-        a.taxi_path_count = I32();
+        Airport_Fields(*this, a);
         // The counts must fit what was read, or the chart would index past the lists.
         if (a.runway_count < 0 || a.ils_count < 0 || a.taxi_point_count < 0 ||
             a.parking_count < 0 || a.taxi_path_count < 0 ||
@@ -260,7 +211,7 @@ constexpr size_t Min_Record_Size = 64;
 std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airports) {
     Encoder e;
     for (const Airport_Rec& a : airports.items) {
-        e.Airport(a);
+        Airport_Fields(e, a);
     }
     return std::move(e.bytes);
 }
@@ -308,3 +259,5 @@ Database_Read_Result Read_Airport_Database(const std::string& native_path, int32
     }
     return Decode_Airport_Database(*bytes, airport_count, airports);
 }
+
+} // namespace quilmark

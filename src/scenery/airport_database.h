@@ -9,9 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "bgl/airport_model.h"
 #include "platform/dyn_array.h"
 #include "platform/native_paths.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 constexpr const char* Database_File_Name = "all_fs_airports.dat";
 
@@ -43,3 +45,5 @@ Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
                                              Dyn_Array<Airport_Rec>& airports);
 Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
                                            Dyn_Array<Airport_Rec>& airports);
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 namespace {
 
 bool Takes_Part(const Drive_Rec& drive) {
@@ -88,3 +90,5 @@ Drive_List Drive_List_For_Fs_Path(const std::string& fs_path) {
     }
     return Drive_List_For_Folder(Resolve_Native_Path(Plain_Drive_List(), fs_path));
 }
+
+} // namespace quilmark

@@ -12,7 +12,9 @@
 #include <string>
 
 #include "platform/drives.h"
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 // Three passes over the areas 0 to scenery_area_count - 1, with the fixed and CD-ROM
 // drives of the list:
@@ -28,3 +30,5 @@ void Locate_Scenery_Folders(Module1& m, const Drive_List& drives);
 // The drive list for the program's fs_path: the drives of the Wine prefix that holds the
 // simulator folder, or the plain list outside one.
 Drive_List Drive_List_For_Fs_Path(const std::string& fs_path);
+
+} // namespace quilmark

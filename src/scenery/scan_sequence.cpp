@@ -4,17 +4,19 @@
 #include <new>
 #include <optional>
 
-#include "bgl/sections.h"
+#include "airspace/section_dispatch.h"
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/locate_folders.h"
 #include "scenery/magdec.h"
 #include "scenery/scenery_cfg.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -89,7 +91,7 @@ const char* Store_Count_Then_Database(Module1& m, const Pending_File_Rec& databa
     }
     Config_Status stored = Update_Config_Airport_Count(m);
     // Without a configuration file nothing is stored: the next start is one with the wizard.
-    if (stored != Config_Status::ok && stored != Config_Status::missing) {
+    if (stored != Config_Status::Ok && stored != Config_Status::Missing) {
         Discard_Pending_File(database);
         return Count_Not_Stored_Text;
     }
@@ -165,7 +167,7 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
         m.scenery_area_count = 0;
         const std::string cfg_path = m.fs_path + "\\scenery.cfg";
         const std::string cfg = Resolve_Native_Path(form.drives, cfg_path);
-        if (Read_Scenery_Cfg(m, cfg) == Scenery_Cfg_Status::unreadable) {
+        if (Read_Scenery_Cfg(m, cfg) == Scenery_Cfg_Status::Unreadable) {
             scenery_cfg_missing = Looked_For_At(cfg, cfg_path);
         }
         form.cd_prompt_shown = false;
@@ -281,3 +283,5 @@ void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
         ui.Enable_Controls(true);
     }
 }
+
+} // namespace quilmark

@@ -5,7 +5,9 @@
 #pragma once
 
 #include "platform/drives.h"
-#include "scenery/scenery_area.h"
+#include "state/scenery_area.h"
+
+namespace quilmark {
 
 class Chooser_Form;
 struct Form3_Data;
@@ -34,3 +36,5 @@ constexpr const char* Database_Damaged_Text =
     "The airport database file all_fs_airports.dat is damaged or does not match the "
     "settings file. This program will now create it again from the scenery files. This "
     "process can take a few minutes, please wait.";
+
+} // namespace quilmark

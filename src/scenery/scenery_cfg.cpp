@@ -10,6 +10,8 @@
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr size_t Max_Sections = 32767;
@@ -156,7 +158,7 @@ Scenery_Cfg_Status Read_Scenery_Cfg_Text(Module1& m, std::string_view file_bytes
     std::vector<std::string_view> headers = Collect_Headers(file_bytes);
     std::string contents = Build_Contents(file_bytes);
     if (headers.empty()) {
-        return Scenery_Cfg_Status::ok;
+        return Scenery_Cfg_Status::Ok;
     }
     std::unordered_map<std::string_view, size_t> first = First_Occurrences(contents, headers);
     std::optional<Key_Index> index;
@@ -186,11 +188,9 @@ Scenery_Cfg_Status Read_Scenery_Cfg_Text(Module1& m, std::string_view file_bytes
             value_bytes += values[k].size();
         }
         if (value_bytes > Value_Budget) {
-            return Scenery_Cfg_Status::too_large;
+            return Scenery_Cfg_Status::Too_Large;
         }
-        ++m.scenery_area_count;
-        m.scenery_areas.Resize_Keep(static_cast<size_t>(m.scenery_area_count));
-        Scenery_Area& area = m.scenery_areas[static_cast<size_t>(m.scenery_area_count) - 1];
+        Scenery_Area& area = Append(m.scenery_areas, m.scenery_area_count);
         area.Title = values[0];
         area.Texture_ID = values[1];
         area.Active = values[2];
@@ -199,13 +199,15 @@ Scenery_Cfg_Status Read_Scenery_Cfg_Text(Module1& m, std::string_view file_bytes
         area.Remote = values[5];
         area.Local = values[6];
     }
-    return Scenery_Cfg_Status::ok;
+    return Scenery_Cfg_Status::Ok;
 }
 
 Scenery_Cfg_Status Read_Scenery_Cfg(Module1& m, const std::string& native_path) {
     std::optional<std::string> bytes = Read_Whole_File(native_path, Max_File_Size);
     if (!bytes) {
-        return Scenery_Cfg_Status::unreadable;
+        return Scenery_Cfg_Status::Unreadable;
     }
     return Read_Scenery_Cfg_Text(m, *bytes);
 }
+
+} // namespace quilmark

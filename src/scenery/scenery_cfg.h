@@ -12,15 +12,17 @@
 #include <string>
 #include <string_view>
 
-#include "shell/module1.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 enum class Scenery_Cfg_Status {
-    ok,
-    unreadable, // the file could not be opened or read, or is over 256 MiB; nothing was added
+    Ok,
+    Unreadable, // the file could not be opened or read, or is over 256 MiB; nothing was added
     // The areas' values would take more memory than any real scenery.cfg needs (only a
     // file with repeated headers whose blocks overlap gets there); the areas read until
     // then are kept.
-    too_large,
+    Too_Large,
 };
 
 // Appends one Scenery_Area for every section whose header, in lower case, contains
@@ -35,3 +37,5 @@ Scenery_Cfg_Status Read_Scenery_Cfg_Text(Module1& m, std::string_view file_bytes
 // The value of key in block: the text after the first "key=" (found in lower case) up to
 // the end of its line, case kept, nothing trimmed. Empty if the key is not there.
 std::string Get_Cfg_Value(std::string_view block, std::string_view key);
+
+} // namespace quilmark

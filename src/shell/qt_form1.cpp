@@ -6,9 +6,11 @@
 #include <QPainterPath>
 #include <filesystem>
 
-#include "shell/config_file.h"
-#include "shell/module1.h"
-#include "shell/qt_program.h"
+#include "scenery/config_file.h"
+#include "shell/qt_widgets.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 QImage Splash_Picture() {
     QImage image(320, 240, QImage::Format_RGB32);
@@ -50,7 +52,8 @@ QImage Splash_Picture() {
     return image;
 }
 
-Form1::Form1(Quilmark_Program& program) : program_(program), picture_(Splash_Picture()) {
+Form1::Form1(Form_Flow& flow, Module1& module)
+    : flow_(flow), module_(module), picture_(Splash_Picture()) {
     setWindowTitle("Quilmark v1.1");
     setFixedSize(Twips(4680), Twips(3555));
     Label1 = new QLabel("QUILMARK VERSION 1.1", this);
@@ -75,7 +78,7 @@ void Form1::paintEvent(QPaintEvent*) {
 
 void Form1::closeEvent(QCloseEvent* event) {
     event->ignore();
-    program_.Form_Closed(this);
+    flow_.Unload_Form(Form_Id::Form1);
 }
 
 void Form1::Timer1_Timer() {
@@ -86,11 +89,13 @@ void Form1::Timer1_Timer() {
 void Form1::Choose_First_Form() {
     std::error_code error;
     if (!std::filesystem::is_regular_file(Config_File_Name, error)) {
-        program_.Unload_Form1();
-        program_.Show_Form2();
+        flow_.Unload_Form(Form_Id::Form1);
+        flow_.Show_Form(Form_Id::Form2);
         return;
     }
-    Read_Config_File(program_.module(), Config_File_Name);
-    program_.Unload_Form1();
-    program_.Show_Form3();
+    Read_Config_File(module_, Config_File_Name);
+    flow_.Unload_Form(Form_Id::Form1);
+    flow_.Show_Form(Form_Id::Form3);
 }
+
+} // namespace quilmark

@@ -2,16 +2,20 @@
 // start in this folder or the chooser on a later one.
 #pragma once
 
+#include "state/form_flow.h"
 #include <QImage>
 #include <QTimer>
 #include <QWidget>
 
 class QLabel;
-class Quilmark_Program;
+
+namespace quilmark {
+
+struct Module1;
 
 class Form1 : public QWidget {
   public:
-    explicit Form1(Quilmark_Program& program);
+    Form1(Form_Flow& flow, Module1& module);
 
     // The splash timer's one tick.
     void Timer1_Timer();
@@ -26,9 +30,12 @@ class Form1 : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
     QImage picture_;
 };
 
 // The splash picture, 320 by 240: an airport chart of the program's own drawing.
 QImage Splash_Picture();
+
+} // namespace quilmark

@@ -14,9 +14,11 @@
 #include <filesystem>
 
 #include "platform/drives.h"
-#include "shell/config_file.h"
-#include "shell/module1.h"
-#include "shell/qt_program.h"
+#include "scenery/config_file.h"
+#include "shell/qt_widgets.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace fs = std::filesystem;
 
@@ -71,7 +73,7 @@ class Folder_Indent : public QStyledItemDelegate {
 
 } // namespace
 
-Form2::Form2(Quilmark_Program& program) : program_(program) {
+Form2::Form2(Form_Flow& flow, Module1& module) : flow_(flow), module_(module) {
     setWindowTitle("Settings");
     setFixedSize(Twips(4590), Twips(5820));
 
@@ -115,7 +117,7 @@ Form2::Form2(Quilmark_Program& program) : program_(program) {
     }
     // The prefixes' names can be long: the open list is as wide as they are.
     Drive1->view()->setMinimumWidth(Drive1->view()->sizeHintForColumn(0) + 8);
-    connect(Option1, &QRadioButton::clicked, this, [this] { program_.module().fs_version = 1; });
+    connect(Option1, &QRadioButton::clicked, this, [this] { module_.fs_version = 1; });
     connect(Drive1, &QComboBox::currentIndexChanged, this, [this] { Drive1_Change(); });
     // A click, or a jump by first letters, chooses a folder; a double click opens it.
     connect(Dir1, &QListWidget::currentItemChanged, this, [this] { Dir1_Change(); });
@@ -126,7 +128,7 @@ Form2::Form2(Quilmark_Program& program) : program_(program) {
 
     // The load: the option selected (which sets the version), Dir1 on Drive1's drive.
     Option1->setChecked(true);
-    program_.module().fs_version = 1;
+    module_.fs_version = 1;
     setup_done = false;
     Drive1_Change();
     Command1->setFocus();
@@ -194,30 +196,30 @@ void Form2::Fill_Dir1() {
 
 void Form2::Command1_Click() {
     if (Text1->text().isEmpty() && !setup_done) {
-        program_.Message(this, "Please enter the your fs directory", Message_Title,
-                         Message_Icon::Information);
+        flow_.Message(Form_Id::Form2, "Please enter the your fs directory", Message_Title,
+                      Message_Icon::Information);
     }
     if (Text1->text().isEmpty()) {
         return;
     }
-    if (Write_First_Config(program_.module(), Option1->isChecked(),
-                           QString_To_Ansi(Text1->text())) != Config_Status::ok) {
-        program_.Message(this,
-                         "The settings file quilmark_config.cfg could not be written in this "
-                         "folder. Please start the program in a folder where it may write.",
-                         Message_Title, Message_Icon::Exclamation);
+    if (Write_First_Config(module_, Option1->isChecked(), QString_To_Ansi(Text1->text())) !=
+        Config_Status::Ok) {
+        flow_.Message(Form_Id::Form2,
+                      "The settings file quilmark_config.cfg could not be written in this "
+                      "folder. Please start the program in a folder where it may write.",
+                      Message_Title, Message_Icon::Exclamation);
         return;
     }
-    program_.Message(this, "Settings file created successfully!", Message_Title,
-                     Message_Icon::Information);
+    flow_.Message(Form_Id::Form2, "Settings file created successfully!", Message_Title,
+                  Message_Icon::Information);
     setup_done = true;
-    program_.Show_Form3();
-    program_.Unload_Form2();
+    flow_.Show_Form(Form_Id::Form3);
+    flow_.Unload_Form(Form_Id::Form2);
 }
 
 void Form2::closeEvent(QCloseEvent* event) {
     event->ignore();
-    program_.Form_Closed(this);
+    flow_.Unload_Form(Form_Id::Form2);
 }
 
 void Form2::Form_Unload() {
@@ -226,7 +228,9 @@ void Form2::Form_Unload() {
     }
     std::error_code error;
     fs::remove(Config_File_Name, error); // a failure, or no file at all, is of no matter
-    program_.Message(this, "You didn't finish setup process, program will end", Message_Title,
-                     Message_Icon::Information);
-    program_.End_Program();
+    flow_.Message(Form_Id::Form2, "You didn't finish setup process, program will end",
+                  Message_Title, Message_Icon::Information);
+    flow_.End_Program();
 }
+
+} // namespace quilmark

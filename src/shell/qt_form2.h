@@ -3,6 +3,7 @@
 // program with no configuration file left behind.
 #pragma once
 
+#include "state/form_flow.h"
 #include <QWidget>
 #include <string>
 
@@ -13,11 +14,14 @@ class QLineEdit;
 class QListWidget;
 class QPushButton;
 class QRadioButton;
-class Quilmark_Program;
+
+namespace quilmark {
+
+struct Module1;
 
 class Form2 : public QWidget {
   public:
-    explicit Form2(Quilmark_Program& program);
+    Form2(Form_Flow& flow, Module1& module);
 
     // The drive and folder lists; Text1 always shows the folder they have chosen.
     void Drive1_Change();
@@ -46,6 +50,9 @@ class Form2 : public QWidget {
 
   private:
     void Fill_Dir1();
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
     std::string dir1_path_;
 };
+
+} // namespace quilmark

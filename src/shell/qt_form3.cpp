@@ -14,9 +14,11 @@
 
 #include "airspace/airport_fetch.h"
 #include "scenery/scan_sequence.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
-#include "shell/qt_program.h"
+#include "shell/qt_widgets.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -35,14 +37,15 @@ bool Edits_Text(const QKeyEvent& key) {
 
 } // namespace
 
-Form3::Form3(Quilmark_Program& program) : data(std::make_unique<Form3_Data>()), program_(program) {
+Form3::Form3(Form_Flow& flow, Module1& module)
+    : data(std::make_unique<Form3_Data>()), flow_(flow), module_(module) {
     setWindowTitle("Choosing an airport");
     auto* client = new QWidget(this);
     client->setFixedSize(Twips(5145), Twips(3195));
     setCentralWidget(client);
     QMenu* about = menuBar()->addMenu("About");
     QAction* quilmark_menu = about->addAction("Quilmark v1.1");
-    connect(quilmark_menu, &QAction::triggered, this, [this] { program_.Show_Form6(); });
+    connect(quilmark_menu, &QAction::triggered, this, [this] { flow_.Show_Form(Form_Id::Form6); });
 
     Frame1 = new QGroupBox("Airports list", client);
     Frame1->setGeometry(Twips(120), Twips(120), Twips(4815), Twips(1215));
@@ -105,7 +108,7 @@ void Form3::Read_Sceneries_Paths_Timer() {
         return;
     }
     scan_started_ = true;
-    Run_Scenery_Scan(program_.module(), *data, *this);
+    Run_Scenery_Scan(module_, *data, *this);
     // Ready for typing: the focus in the airport box, with its hint chosen whole.
     if (Combo1->isEnabled()) {
         Combo1->setFocus();
@@ -133,7 +136,7 @@ std::optional<std::string> Form3::Chosen_Entry() const {
 }
 
 void Form3::Command3_Click() {
-    Get_Airport(program_.module(), *data, *this, Chosen_Entry());
+    Get_Airport(module_, *data, *this, Chosen_Entry());
 }
 
 void Form3::Command2_Click() {
@@ -143,13 +146,13 @@ void Form3::Command2_Click() {
 void Form3::Close_Program() {
     Text1->setText("Please wait...");
     Text1->repaint();
-    program_.module().airports.Release();
-    program_.End_Program();
+    module_.airports.Release();
+    flow_.End_Program();
 }
 
 void Form3::closeEvent(QCloseEvent* event) {
     event->ignore();
-    program_.Form_Closed(this);
+    Close_Program();
 }
 
 void Form3::Flush_List() {
@@ -190,7 +193,7 @@ void Form3::Redraw_Progress() {
 }
 
 void Form3::Show_Message(const std::string& text, const std::string& title, Message_Icon icon) {
-    program_.Message(this, text, title, icon);
+    flow_.Message(Form_Id::Form3, text, title, icon);
 }
 
 void Form3::Enable_Controls(bool enabled) {
@@ -209,6 +212,8 @@ void Form3::Repaint_Form() {
 }
 
 void Form3::Hand_Over_To_Chart() {
-    program_.Unload_Form3();
-    program_.Show_Form4();
+    flow_.Unload_Form(Form_Id::Form3);
+    flow_.Show_Form(Form_Id::Form4);
 }
+
+} // namespace quilmark

@@ -9,7 +9,8 @@
 #include <optional>
 #include <vector>
 
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
+#include "state/form_flow.h"
 
 class QComboBox;
 class QGroupBox;
@@ -17,12 +18,15 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
-class Quilmark_Program;
+
+namespace quilmark {
+
+struct Module1;
 struct Form3_Data;
 
 class Form3 : public QMainWindow, public Chooser_Form {
   public:
-    explicit Form3(Quilmark_Program& program);
+    Form3(Form_Flow& flow, Module1& module);
     ~Form3() override;
 
     void Form_Load();
@@ -66,10 +70,13 @@ class Form3 : public QMainWindow, public Chooser_Form {
 
   private:
     void Flush_List();
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
     float progress_min_ = 0;
     float progress_max_ = 100;
     float progress_value_ = 0;
     std::vector<std::string> pending_entries_;
     bool scan_started_ = false;
 };
+
+} // namespace quilmark

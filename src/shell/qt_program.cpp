@@ -1,43 +1,20 @@
 #include "shell/qt_program.h"
 
 #include <QApplication>
-#include <QFont>
 #include <QMessageBox>
-#include <QString>
 #include <QTimer>
 #include <QWidget>
 
-#include "chart/qt_form4.h"
 #include "dialogs/qt_form5.h"
 #include "dialogs/qt_form6.h"
 #include "link/net_bridge_transport.h"
-#include "platform/text1252.h"
-#include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
+#include "shell/qt_widgets.h"
+#include "state/module1.h"
 
-QString Ansi_To_QString(const std::string& ansi) {
-    return QString::fromStdString(Ansi_To_Utf8(ansi));
-}
-
-std::string QString_To_Ansi(const QString& text) {
-    return Utf8_To_Ansi(text.toStdString());
-}
-
-void Use_Program_Font() {
-    QFont font(QStringLiteral("DejaVu Sans Condensed"));
-    font.setStyleHint(QFont::SansSerif);
-    font.setPointSize(8);
-    QApplication::setFont(font);
-}
-
-void Fit_Width(QWidget* control) {
-    const int wanted = control->sizeHint().width();
-    if (wanted > control->width()) {
-        control->resize(wanted, control->height());
-    }
-}
+namespace quilmark {
 
 Program_Services Desktop_Services() {
     Program_Services services;
@@ -75,13 +52,31 @@ Quilmark_Program::~Quilmark_Program() {
 }
 
 void Quilmark_Program::Start() {
-    Show_Form1();
+    Show_Form(Form_Id::Form1);
 }
 
-void Quilmark_Program::Message(QWidget* owner, const std::string& text, const std::string& title,
+QWidget* Quilmark_Program::Widget_Of(Form_Id form) const {
+    switch (form) {
+    case Form_Id::Form1:
+        return form1;
+    case Form_Id::Form2:
+        return form2;
+    case Form_Id::Form3:
+        return form3;
+    case Form_Id::Form4:
+        return form4;
+    case Form_Id::Form5:
+        return form5;
+    case Form_Id::Form6:
+        return form6;
+    }
+    return nullptr;
+}
+
+void Quilmark_Program::Message(Form_Id owner, const std::string& text, const std::string& title,
                                Message_Icon icon) {
     if (services_.show_message) {
-        services_.show_message(owner, text, title, icon);
+        services_.show_message(Widget_Of(owner), text, title, icon);
     }
 }
 
@@ -107,108 +102,95 @@ void Quilmark_Program::Check_Last_Form() {
     }
 }
 
-void Quilmark_Program::Show_Form1() {
-    if (form1 == nullptr) {
-        form1 = new Form1(*this);
-    }
-    form1->show();
-}
-
-void Quilmark_Program::Show_Form2() {
-    if (form2 == nullptr) {
-        form2 = new Form2(*this);
-    }
-    form2->show();
-}
-
-void Quilmark_Program::Show_Form3() {
-    if (form3 == nullptr) {
-        form3 = new Form3(*this);
-        form3->show();
-        form3->Form_Load();
-        return;
-    }
-    form3->show();
-}
-
-void Quilmark_Program::Show_Form4() {
-    if (form4 == nullptr) {
-        form4 = new Form4(*this);
-        form4->show();
-        form4->Form_Load();
-        // An options dialog left open across the change of airport shows the new chart's.
-        if (form5 != nullptr) {
-            form5->Show_Variables();
+void Quilmark_Program::Show_Form(Form_Id form) {
+    Module1& m = *module_;
+    switch (form) {
+    case Form_Id::Form1:
+        if (form1 == nullptr) {
+            form1 = new Form1(*this, m);
         }
-        return;
+        form1->show();
+        break;
+    case Form_Id::Form2:
+        if (form2 == nullptr) {
+            form2 = new Form2(*this, m);
+        }
+        form2->show();
+        break;
+    case Form_Id::Form3:
+        if (form3 == nullptr) {
+            form3 = new Form3(*this, m);
+            form3->show();
+            form3->Form_Load();
+            return;
+        }
+        form3->show();
+        break;
+    case Form_Id::Form4:
+        if (form4 == nullptr) {
+            form4 = new Form4(*this, m, services_.make_link_transport);
+            form4->show();
+            form4->Form_Load();
+            // An options dialog left open across the change of airport shows the new
+            // chart's.
+            if (form5 != nullptr) {
+                form5->Show_Variables();
+            }
+            return;
+        }
+        form4->show();
+        break;
+    case Form_Id::Form5:
+        if (form5 == nullptr) {
+            form5 = new Form5(*this, m);
+        }
+        form5->show();
+        form5->raise();
+        break;
+    case Form_Id::Form6:
+        if (form6 == nullptr) {
+            form6 = new Form6(*this);
+        }
+        form6->show();
+        form6->raise();
+        break;
     }
-    form4->show();
 }
 
-void Quilmark_Program::Show_Form5() {
-    if (form5 == nullptr) {
-        form5 = new Form5(*this);
-    }
-    form5->show();
-    form5->raise();
-}
-
-void Quilmark_Program::Show_Form6() {
-    if (form6 == nullptr) {
-        form6 = new Form6(*this);
-    }
-    form6->show();
-    form6->raise();
-}
-
-void Quilmark_Program::Unload_Form1() {
-    Remove(form1);
-}
-
-void Quilmark_Program::Unload_Form2() {
-    // The handler first, while the form is still up: an unfinished wizard's message must
-    // be read before the program ends, and with the form gone the program would end by
-    // itself as soon as the message box turned the event loop.
-    if (form2 != nullptr) {
-        form2->Form_Unload();
-        Remove(form2);
-    }
-}
-
-void Quilmark_Program::Unload_Form3() {
-    Remove(form3);
-}
-
-void Quilmark_Program::Unload_Form4() {
-    if (form4 != nullptr) {
-        form4->Form_Unload();
-        Remove(form4);
-    }
-}
-
-void Quilmark_Program::Unload_Form5() {
-    Remove(form5);
-}
-void Quilmark_Program::Unload_Form6() {
-    Remove(form6);
-}
-
-void Quilmark_Program::Form_Closed(QWidget* form) {
+void Quilmark_Program::Unload_Form(Form_Id form) {
+    // Once the program has ended every form is gone; a close that comes after changes
+    // nothing.
     if (ended_) {
         return;
     }
-    if (form == form1) {
-        Unload_Form1();
-    } else if (form == form2) {
-        Unload_Form2();
-    } else if (form == form3) {
-        form3->Close_Program();
-    } else if (form == form4) {
-        Unload_Form4();
-    } else if (form == form5) {
-        Unload_Form5();
-    } else if (form == form6) {
-        Unload_Form6();
+    switch (form) {
+    case Form_Id::Form1:
+        Remove(form1);
+        break;
+    case Form_Id::Form2:
+        // The handler first, while the form is still up: an unfinished wizard's message
+        // must be read before the program ends, and with the form gone the program would
+        // end by itself as soon as the message box turned the event loop.
+        if (form2 != nullptr) {
+            form2->Form_Unload();
+            Remove(form2);
+        }
+        break;
+    case Form_Id::Form3:
+        Remove(form3);
+        break;
+    case Form_Id::Form4:
+        if (form4 != nullptr) {
+            form4->Form_Unload();
+            Remove(form4);
+        }
+        break;
+    case Form_Id::Form5:
+        Remove(form5);
+        break;
+    case Form_Id::Form6:
+        Remove(form6);
+        break;
     }
 }
 
@@ -234,3 +216,5 @@ void Quilmark_Program::End_Program() {
         services_.end_program();
     }
 }
+
+} // namespace quilmark

@@ -4,10 +4,14 @@
 
 #include "airspace/airport_fetch.h"
 #include "platform/drives.h"
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
 #include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -137,8 +141,8 @@ TEST(AirportFetch, AirspaceMemoryIsBoundedPerFetch) {
     f.m->atc_data_path = dir.Sub("atc");
     f.Fill({Airport("KSEA", "SEATTLE", 47.45, -122.31)});
     f.Fetch(std::string("KSEA (SEATTLE)"));
-    constexpr int64_t each = sizeof(Airspace_Rec) + sizeof(Boundary_Point_Rec);
-    EXPECT_EQ(f.m->airspace_count, Max_Airspace_Bytes_Per_Fetch / each);
+    constexpr int64_t Bytes_Each = sizeof(Airspace_Rec) + sizeof(Boundary_Point_Rec);
+    EXPECT_EQ(f.m->airspace_count, Max_Airspace_Bytes_Per_Fetch / Bytes_Each);
 }
 
 TEST(AirportFetch, RunningOutOfMemoryIsReported) {
@@ -172,3 +176,5 @@ TEST(AirportFetch, RunningOutOfMemoryIsReported) {
         EXPECT_EQ(f.m->airports.Slot_Count(), c.chart_opens ? 1u : 2u);
     }
 }
+
+} // namespace quilmark

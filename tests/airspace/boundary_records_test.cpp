@@ -4,6 +4,8 @@
 #include "airspace/airport_fetch.h"
 #include "support/decode.h"
 
+namespace quilmark {
+
 namespace {
 
 int32_t Lat(double degrees) {
@@ -19,19 +21,15 @@ Bytes Box(double south = 47, double west = -123, double north = 48, double east 
 }
 
 // Airspaces found for an airport at lat, lon in a file with this boundary section.
-std::unique_ptr<Module1> Airspaces_For(const Bytes& section, double lat = 47.5, double lon = -122.3,
-                                       bool database_present = true) {
-    auto m = std::make_unique<Module1>();
-    m->current_airport.lat = lat;
-    m->current_airport.lon = lon;
+std::unique_ptr<Decoded_Rec> Airspaces_For(const Bytes& section, double lat = 47.5,
+                                           double lon = -122.3, bool database_present = true) {
     Bgl_File_Layout layout;
     layout.boundary_section = section;
-    Decode_Bgl_Bytes(*m, Build_Bgl(layout), database_present);
-    return m;
+    return Decode_Bgl_Bytes(Build_Bgl(layout), {nullptr, !database_present, {lat, lon}});
 }
 
-std::unique_ptr<Module1> One_Boundary(const Bytes& children, double lat = 47.5,
-                                      double lon = -122.3) {
+std::unique_ptr<Decoded_Rec> One_Boundary(const Bytes& children, double lat = 47.5,
+                                          double lon = -122.3) {
     return Airspaces_For(Boundary_Section({{children}}), lat, lon);
 }
 
@@ -142,10 +140,7 @@ TEST(BoundaryWalker, RunsInBothDatabaseStatesAndLeavesAirportsAlone) {
     layout.groups.push_back({{entry}, std::nullopt, 0});
     layout.boundary_section = Boundary_Section({{Box()}});
     for (bool present : {false, true}) {
-        auto m = std::make_unique<Module1>();
-        m->current_airport.lat = 47.5;
-        m->current_airport.lon = -122.3;
-        Decode_Bgl_Bytes(*m, Build_Bgl(layout), present);
+        auto m = Decode_Bgl_Bytes(Build_Bgl(layout), {nullptr, !present, {47.5, -122.3}});
         EXPECT_EQ(m->airspace_count, 1) << present;
         EXPECT_EQ(m->airport_count, present ? 0 : 1);
     }
@@ -179,3 +174,5 @@ TEST(AirspaceClass, RuleAtItsLimits) {
         EXPECT_EQ(Airspace_Class(a), c.expected) << c.floor << ".." << c.ceiling;
     }
 }
+
+} // namespace quilmark

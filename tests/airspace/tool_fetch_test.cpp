@@ -4,6 +4,8 @@
 #include "support/tool_run.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 TEST(ToolFetch, SeattleGetsItsClassBAndTheTerminalAirspaceLast) {
     Work_Dir dir("tool-fetch");
     ASSERT_EQ(Run_Quilmark_Tool({"init", Sample_World_Folder()}).status, 0);
@@ -35,3 +37,5 @@ TEST(ToolFetch, SeattleGetsItsClassBAndTheTerminalAirspaceLast) {
         EXPECT_NE(a["region_name"].text, "PORTLAND CLASS C");
     }
 }
+
+} // namespace quilmark

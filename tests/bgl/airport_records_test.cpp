@@ -2,18 +2,16 @@
 // and the taxiway block.
 #include <gtest/gtest.h>
 
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 #include "support/decode.h"
+
+namespace quilmark {
 
 namespace {
 
 // Decodes one airport whose stream holds the given records; a grid may be given.
 Airport_Rec Decode(const Bytes& stream, const Magvar_Grid* grid = nullptr) {
-    auto m = std::make_unique<Module1>();
-    if (grid != nullptr) {
-        m->magvar_grid = *grid;
-    }
-    Decode_Bgl_Bytes(*m, One_Airport_File("TEST", stream));
+    auto m = Decode_Bgl_Bytes(One_Airport_File("TEST", stream), {grid});
     EXPECT_EQ(m->airport_count, 1);
     return m->airport_count == 1 ? m->airports[0] : Airport_Rec{};
 }
@@ -257,3 +255,5 @@ TEST(TaxiwayBlock, ASecondListOfASizeReplacesTheFirst) {
     EXPECT_EQ(a.taxi_points.Slot_Count(), 1u);
     EXPECT_EQ(a.taxi_points[0].point_kind, 9);
 }
+
+} // namespace quilmark

@@ -3,6 +3,8 @@
 
 #include "support/decode.h"
 
+namespace quilmark {
+
 namespace {
 
 Airport_Entry Entry(const std::string& ident, const std::string& name = "") {
@@ -13,8 +15,7 @@ Airport_Entry Entry(const std::string& ident, const std::string& name = "") {
 }
 
 std::vector<std::string> Decoded_Idents(const Bgl_File_Layout& layout) {
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Build_Bgl(layout));
+    auto m = Decode_Bgl_Bytes(Build_Bgl(layout));
     std::vector<std::string> out;
     for (int32_t i = 0; i < m->airport_count; ++i) {
         out.push_back(m->airports[static_cast<size_t>(i)].ident);
@@ -50,10 +51,8 @@ TEST(BglSections, MissingMarkerOrSectionsAddNothing) {
 TEST(BglSections, DatabasePresentWalksButAddsNothing) {
     Bgl_File_Layout layout;
     layout.groups.push_back({{Entry("KAAA"), Entry("KBBB")}, std::nullopt, 0});
-    auto m = std::make_unique<Module1>();
-    m->airport_count = 7; // as read from the configuration file
-    Decode_Bgl_Bytes(*m, Build_Bgl(layout), true);
-    EXPECT_EQ(m->airport_count, 7);
+    auto m = Decode_Bgl_Bytes(Build_Bgl(layout), {nullptr, false});
+    EXPECT_EQ(m->airport_count, 0);
     EXPECT_FALSE(m->airports.allocated);
 }
 
@@ -110,11 +109,12 @@ TEST(AirportWalker, IdentifierIsTheEntryTextWithoutPadding) {
     Airport_Entry e = Entry("EG");
     e.ident_padded_length = 12;
     layout.groups.push_back({{e}, std::nullopt, 0});
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Build_Bgl(layout));
+    auto m = Decode_Bgl_Bytes(Build_Bgl(layout));
     ASSERT_EQ(m->airport_count, 1);
     EXPECT_EQ(m->airports[0].ident, "EG");
     // airports keeps one empty slot above its count.
     EXPECT_EQ(m->airports.Slot_Count(), 2u);
     EXPECT_EQ(m->airports[1], Airport_Rec{});
 }
+
+} // namespace quilmark

@@ -5,6 +5,9 @@
 
 #include "bgl/bgl_image.h"
 #include "support/bgl_writer.h"
+#include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -85,7 +88,7 @@ TEST(BglEncodings, PositionsAndFrequencies) {
 }
 
 TEST(BglImage, LoadsAWholeFileWithASpareByte) {
-    std::string path = ::testing::TempDir() + "/image_load.bgl";
+    std::string path = Temp_File("image_load.bgl");
     Write_File(path, {1, 2, 3});
     Bgl_Image image;
     ASSERT_TRUE(Load_Bgl_Image(image, path));
@@ -94,3 +97,5 @@ TEST(BglImage, LoadsAWholeFileWithASpareByte) {
     EXPECT_FALSE(Load_Bgl_Image(image, path + ".missing"));
     EXPECT_EQ(Bgl_File_Length(image), 0);
 }
+
+} // namespace quilmark

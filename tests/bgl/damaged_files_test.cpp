@@ -9,6 +9,8 @@
 #include "support/decode.h"
 #include "support/example_field.h"
 
+namespace quilmark {
+
 namespace {
 
 struct Totals {
@@ -17,8 +19,7 @@ struct Totals {
 };
 
 Totals Decode_Totals(const Bytes& bytes) {
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, bytes);
+    auto m = Decode_Bgl_Bytes(bytes);
     Totals t;
     t.airports = m->airport_count;
     for (int32_t i = 0; i < m->airport_count; ++i) {
@@ -128,3 +129,5 @@ TEST(DamagedFiles, EntriesSharingOneBlockCannotMultiplyTheWorkOrTheAirports) {
     EXPECT_EQ(Decode_Totals(Shared_Block_File(120000, Name_Record("x"))).airports,
               Max_Airports_Per_File);
 }
+
+} // namespace quilmark

@@ -12,8 +12,11 @@
 #include "support/tool_run.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 TEST(ToolBgl, HandCheckedAirport) {
-    const std::string dir = ::testing::TempDir();
+    Work_Dir work("tool-bgl");
+    const std::string dir = work.Path().string();
     Write_File(dir + "/kxyz.bgl", Example_Field());
     // 3641 counts = 20.0006 degrees: a variation of 20 everywhere.
     Write_File(dir + "/magdec.bgl", Build_Magdec(Magdec_Values([](int, int) { return 3641; })));
@@ -113,7 +116,8 @@ TEST(ToolBgl, HandCheckedAirport) {
 }
 
 TEST(ToolBgl, UnallocatedTaxiwayListsAreNullAndMissingFilesAreReported) {
-    const std::string dir = ::testing::TempDir();
+    Work_Dir work("tool-bgl");
+    const std::string dir = work.Path().string();
     Write_File(dir + "/plain.bgl", One_Airport_File("KABC", Name_Record("Plain")));
     Write_File(dir + "/not_bgl.bgl", Bytes(300, 7));
     Tool_Run run =
@@ -132,7 +136,8 @@ TEST(ToolBgl, UnallocatedTaxiwayListsAreNullAndMissingFilesAreReported) {
 }
 
 TEST(ToolBgl, TextsLeaveAsUtf8) {
-    const std::string dir = ::testing::TempDir();
+    Work_Dir work("tool-bgl");
+    const std::string dir = work.Path().string();
     Write_File(dir + "/zurich.bgl", One_Airport_File("LSZH", Name_Record("Z\xFCrich")));
     Tool_Run run = Run_Quilmark_Tool({"bgl", dir + "/zurich.bgl"});
     ASSERT_EQ(run.status, 0);
@@ -155,3 +160,5 @@ TEST(ToolBgl, InputsThatAreNoRegularFilesAreRefusedAtOnce) {
     }
     EXPECT_FALSE(pipe.Reader_Was_Stuck());
 }
+
+} // namespace quilmark

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -33,14 +35,16 @@ std::string Circle_Box(double lat, double lon, int16_t nw_nm, int16_t se_nm,
 const std::vector<std::string> Final_State = {"ForeColor 0 192 0", "FillColor 0 0 0", "FillStyle 1",
                                               "DrawWidth 2", "DrawStyle 0"};
 
-// The airspace layer drawn for the given airspaces.
+// The airspace layer drawn for the given airspaces, with the circles raised as the chart's
+// opening raises them.
 struct Drawing {
     Module1 m;
     Recording_Surface s;
     explicit Drawing(std::vector<Airspace_Rec> airspaces) {
         for (Airspace_Rec& a : airspaces) {
-            Append(m.airspaces, m.airspace_count, std::move(a));
+            Append(m.airspaces, m.airspace_count) = std::move(a);
         }
+        Raise_Circle_Radii(m);
         Draw_Airspaces(s, Area_View, m);
     }
     // The calls that draw, without the pen's.
@@ -80,8 +84,10 @@ TEST(DrawAirspaces, OnlyClassBAndCAreDrawnEachWithItsDashedPen) {
 
 TEST(DrawAirspaces, CircleBoxFromTheRadiusAlongTheDiagonalsAndRadiusRaisedToOne) {
     for (auto [radius, stored] : {std::pair{0, 1}, {-4, 1}, {12, 12}}) {
-        Drawing d({Make_Airspace(Class_C, {{Point_Fix, 0.1, -0.2}, {Point_Circle, 0, 0, radius}})});
+        Drawing d({Make_Airspace(Class_C, {{Point_Fix, 0.1, -0.2}, {Point_Circle, 0, 0, radius}}),
+                   Make_Airspace("Airspace Class D", {{Point_Circle, 0, 0, radius}})});
         EXPECT_EQ(d.m.airspaces[0].points[1].radius, stored);
+        EXPECT_EQ(d.m.airspaces[1].points[0].radius, radius); // not drawn, not raised
         auto r = static_cast<int16_t>(stored);
         EXPECT_EQ(d.Shapes(), std::vector<std::string>{Circle_Box(0.1, -0.2, r, r)});
     }
@@ -150,3 +156,5 @@ TEST(DrawAirspaces, LinesMoveThePenAndUnknownKindsAndOpenOutlinesAddNothing) {
     std::vector<std::string> lines = Recorded_Op_Lines(d.s);
     EXPECT_EQ(std::vector<std::string>(lines.end() - 5, lines.end()), Final_State);
 }
+
+} // namespace quilmark

@@ -3,9 +3,11 @@
 #include <cmath>
 #include <limits>
 
-#include "bgl/geodesy.h"
 #include "chart/chart_draw.h"
 #include "chart_test_support.h"
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -23,8 +25,8 @@ void Set_Variation_10_East(Module1& m) {
 TEST(DrawRunways, EachRunwayIsALineWithBothDesignatorsBeforeTheNext) {
     Module1 m;
     Airport_Rec& a = m.current_airport;
-    Append(a.runways, a.runway_count, Runway_Rec{"16L", "34R", 0.004, -0.001, -0.004, -0.001});
-    Append(a.runways, a.runway_count, Runway_Rec{"", "", 0.001, -0.003, 0.001, 0.003});
+    Append(a.runways, a.runway_count) = Runway_Rec{"16L", "34R", 0.004, -0.001, -0.004, -0.001};
+    Append(a.runways, a.runway_count) = Runway_Rec{"", "", 0.001, -0.003, 0.001, 0.003};
     Recording_Surface s;
     Draw_Runways(s, Small_View, m);
     EXPECT_EQ(Ops(s), "ForeColor 0 192 0; FillColor 0 0 0; FillStyle 1; MoveToEx 400 100; "
@@ -168,7 +170,7 @@ TEST(DrawILS, FeatherOpensTenDegreesAboutTheTrueReciprocal) {
             Set_Variation_10_East(m);
         }
         Airport_Rec& a = m.current_airport;
-        Append(a.ils, a.ils_count, ILS_Rec{"IKTST", 0.001, -0.001, c.mag_heading, "110.30"});
+        Append(a.ils, a.ils_count) = ILS_Rec{"IKTST", 0.001, -0.001, c.mag_heading, "110.30"};
         const Chart_View& v = Small_View;
         Recording_Surface s;
         Draw_ILS(s, v, m);
@@ -187,3 +189,5 @@ TEST(DrawILS, FeatherOpensTenDegreesAboutTheTrueReciprocal) {
         EXPECT_GT(std::hypot(pa.x - p.x, pa.y - p.y), 480);
     }
 }
+
+} // namespace quilmark

@@ -7,14 +7,9 @@
 
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
-#include "shell/module1.h"
+#include "state/module1.h"
 
-// Appends as the decoders do: the list keeps one spare empty slot above its count.
-template <class T> void Append(Dyn_Array<T>& list, int32_t& count, T item) {
-    list.Resize_Keep(static_cast<size_t>(count) + 1);
-    list[static_cast<size_t>(count)] = std::move(item);
-    ++count;
-}
+namespace quilmark {
 
 // The taxiway lists hold exactly their count.
 template <class T> void Set_Exact(Dyn_Array<T>& list, int32_t& count, std::vector<T> items) {
@@ -28,7 +23,7 @@ inline Airspace_Rec Make_Airspace(const std::string& class_text,
     Airspace_Rec a;
     a.class_text = class_text;
     for (const Boundary_Point_Rec& p : points) {
-        Append(a.points, a.point_count, p);
+        Append(a.points, a.point_count) = p;
     }
     return a;
 }
@@ -141,3 +136,5 @@ inline std::string Ops(const Recording_Surface& s) {
 inline std::string Line_Op(const char* name, Pixel_Rec a) {
     return std::string(name) + " " + std::to_string(a.x) + " " + std::to_string(a.y);
 }
+
+} // namespace quilmark

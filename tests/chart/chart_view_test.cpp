@@ -3,7 +3,10 @@
 #include <tuple>
 #include <vector>
 
+#include "chart/chart_sequence.h"
 #include "chart_test_support.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -31,6 +34,23 @@ TEST(GeoToPixel, MapsLinearlyAndRoundsHalvesToEven) {
     for (const Case& c : cases) {
         EXPECT_EQ(Geo_To_Pixel(v, c.lat, c.lon), c.p) << c.lat << ", " << c.lon;
     }
+}
+
+TEST(PixelToGeo, TheInverseOverTheClientAreaInSinglePrecision) {
+    Chart_View v = Unit_View(10, 10);
+    // A client area as large as the chart gives back what Geo_To_Pixel placed there.
+    for (const Geo_Point_Rec& p : std::vector<Geo_Point_Rec>{{4, 0}, {0, 4}, {1.2, 2.8}}) {
+        const Pixel_Rec px = Geo_To_Pixel(v, p.lat, p.lon);
+        EXPECT_EQ(Geo_To_Pixel(v, Pixel_To_Geo(v, px.x, px.y, 10, 10).lat,
+                               Pixel_To_Geo(v, px.x, px.y, 10, 10).lon),
+                  px);
+    }
+    // A client area half the size spans the same extent; an empty one counts as 1 pixel.
+    EXPECT_EQ(Pixel_To_Geo(v, 5, 5, 5, 5), (Geo_Point_Rec{0, 4}));
+    EXPECT_EQ(Pixel_To_Geo(v, 1, 1, 0, -3), (Geo_Point_Rec{0, 4}));
+    // Single precision: a third of a degree comes back as the float nearest to it.
+    EXPECT_EQ(Pixel_To_Geo(Make_View(0.5, 0.5, 1, 1, 3, 3), 1, 0, 3, 3).lon,
+              static_cast<double>(static_cast<float>(1.0 / 3)));
 }
 
 TEST(PercentToPixels, RoundsThePercentThenTheResult) {
@@ -148,7 +168,8 @@ TEST(ChartTickRedraw, FollowsTheAircraftOnlyWithTheLinkOpenAndFollowOn) {
         m.aircraft_lon = 20;
         Chart_View v = Unit_View(100, 100);
         int redraws = 0;
-        Chart_Tick_Redraw(v, m, [&] { ++redraws; });
+        const Chart_Redraw redraw = [&] { ++redraws; };
+        Chart_Tick_Redraw(m, redraw, [&](double x, double y) { Center_Airport(v, x, y, redraw); });
         EXPECT_EQ(redraws, 1);
         // Centred on the aircraft with the size kept, or left alone.
         EXPECT_EQ(v.view_left == 18 && v.view_right == 22 && v.view_top == 12 && v.view_bottom == 8,
@@ -156,3 +177,5 @@ TEST(ChartTickRedraw, FollowsTheAircraftOnlyWithTheLinkOpenAndFollowOn) {
             << c.follow << c.connected;
     }
 }
+
+} // namespace quilmark

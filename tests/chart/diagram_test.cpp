@@ -7,14 +7,16 @@
 #include <memory>
 #include <set>
 
-#include "bgl/geodesy.h"
 #include "chart/diagram_layout.h"
 #include "chart/diagram_style.h"
 #include "chart/recording_surface.h"
 #include "chart/trip_kit.h"
 #include "chart_test_support.h"
+#include "geo/geodesy.h"
 #include "support/fetched_airports.h"
 #include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -61,8 +63,8 @@ double Distance(Point_F_Rec a, Point_F_Rec b) {
 
 // Metres between two points on the ground, by the great-circle routines.
 double Ground_Metres(double lat1, double lon1, double lat2, double lon2) {
-    return Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles *
-           metres_per_nautical_mile;
+    return Central_Angle(lat1, lon1, lat2, lon2) * Radians_To_Nautical_Miles *
+           Metres_Per_Nautical_Mile;
 }
 
 // A drawn text's box, by the recording surface's rule for its measures.
@@ -78,7 +80,7 @@ std::vector<Drawn_Text> Drawn_Texts(const Recording_Surface& s) {
             continue;
         }
         const Text_Extent_Rec e = s.Measure_Text(op.text, op.style.size_px, op.style.bold);
-        const double a = op.size * pi / 180;
+        const double a = op.size * Pi / 180;
         const Point_F_Rec along{std::cos(a) * e.width / 2, std::sin(a) * e.width / 2};
         const Point_F_Rec down{-std::sin(a) * e.Height() / 2, std::cos(a) * e.Height() / 2};
         const Point_F_Rec c = op.points[0];
@@ -315,7 +317,7 @@ TEST_F(Diagram, NorthArrowShowsTheGridsVariationAtTheAirport) {
         const Diagram_North_Arrow_Rec& n = layout.north_arrow;
         const double turn = std::atan2(n.magnetic_tip.x - n.base.x, n.base.y - n.magnetic_tip.y) -
                             std::atan2(n.true_tip.x - n.base.x, n.base.y - n.true_tip.y);
-        EXPECT_NEAR(turn * 180 / pi, c.variation, 0.01) << c.text;
+        EXPECT_NEAR(turn * 180 / Pi, c.variation, 0.01) << c.text;
         const bool shown = std::any_of(layout.frame_texts.begin(), layout.frame_texts.end(),
                                        [&](const Diagram_Text_Rec& t) { return t.text == c.text; });
         EXPECT_TRUE(shown) << c.text;
@@ -383,3 +385,5 @@ TEST_F(Diagram, TripKitHasADiagramAndDataPagesThatMatchTheRecords) {
     EXPECT_EQ(listed.size(), 400u);
     EXPECT_EQ(std::set<std::string>(listed.begin(), listed.end()).size(), 400u);
 }
+
+} // namespace quilmark

@@ -2,7 +2,10 @@
 
 #include "chart/aircraft_overlay.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart_test_support.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -13,16 +16,15 @@ Module1 Full_Module() {
     Airport_Rec& a = m.current_airport;
     a.lat = 47.45;
     a.lon = -122.30;
-    Append(a.runways, a.runway_count,
-           Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3080});
-    Append(a.ils, a.ils_count, ILS_Rec{"", 47.4300, -122.3080, 340, ""});
+    Append(a.runways, a.runway_count) =
+        Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3080};
+    Append(a.ils, a.ils_count) = ILS_Rec{"", 47.4300, -122.3080, 340, ""};
     Set_Exact(a.taxi_points, a.taxi_point_count, {{0, 47.445, -122.305}, {0, 47.450, -122.305}});
     Set_Exact(a.parkings, a.parking_count, {{"GATE A 1", 47.447, -122.302, 60}});
     Set_Exact(a.taxi_paths, a.taxi_path_count,
               {{Path_Taxiway, 0, 1, "A"}, {Path_Parking, 0, 0, ""}});
-    Append(
-        m.airspaces, m.airspace_count,
-        Make_Airspace("Airspace Class B", {{Point_Fix, 47.45, -122.30}, {Point_Circle, 0, 0, 10}}));
+    Append(m.airspaces, m.airspace_count) =
+        Make_Airspace("Airspace Class B", {{Point_Fix, 47.45, -122.30}, {Point_Circle, 0, 0, 10}});
     m.follow_aircraft = m.show_ils = m.show_taxiways = m.show_taxiway_ids = m.show_gates =
         m.show_airspace = true;
     m.fsuipc_connected = true;
@@ -117,14 +119,4 @@ TEST(DrawChart, PenAndBrushEachLayerStartsWith) {
     }
 }
 
-TEST(DrawChart, WithNothingToDrawSetsOnlyTheStepStates) {
-    Module1 m;
-    Recording_Surface s = Redraw_At(m, 13, [](Module1& changed) { changed.airspace_count = 0; });
-    const std::vector<std::string> expected = {
-        "Cls",         "ForeColor 0 192 0", "DrawWidth 4", "DrawStyle 0",       "FillColor 0 0 0",
-        "FillStyle 1", "DrawWidth 2",       "DrawStyle 0", "ForeColor 0 192 0", "DrawWidth 1",
-        "DrawStyle 0", "FillColor 0 0 0",   "FillStyle 1", "ForeColor 0 192 0", "DrawWidth 1",
-        "DrawStyle 0", "FillColor 0 0 0",   "FillStyle 1",
-    };
-    EXPECT_EQ(Recorded_Op_Lines(s), expected);
-}
+} // namespace quilmark

@@ -4,6 +4,8 @@
 
 #include "chart/recording_surface.h"
 
+namespace quilmark {
+
 TEST(RecordingSurface, EachCallIsOneLineInItsFixedForm) {
     Recording_Surface s;
     s.Cls();
@@ -76,3 +78,5 @@ TEST(RecordingSurface, DiagramFiguresAreOneLineEachWithTheirStyle) {
     EXPECT_DOUBLE_EQ(e.width, 19.5);
     EXPECT_DOUBLE_EQ(e.Height(), 10);
 }
+
+} // namespace quilmark

@@ -9,6 +9,9 @@
 #include "fs2004/layers.h"
 #include "scenery/magdec.h"
 #include "support/fs2004_writer.h"
+#include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -336,7 +339,7 @@ TEST(Fs2004Magdec, TheGridLoadsAsFs2002s) {
     }
     file.Text("magdec 1993", 12);
     ASSERT_EQ(file.bytes.size(), 130468u);
-    const std::string path = ::testing::TempDir() + "/fs2004_magdec.bgl";
+    const std::string path = Temp_File("fs2004_magdec.bgl");
     Write_File(path, file.bytes);
     auto grid = std::make_unique<Magvar_Grid>();
     Bgl_Image image;
@@ -379,3 +382,5 @@ TEST(Fs2004Files, DamagedFilesEndEveryWalkWithinTheirBytes) {
         }
     }
 }
+
+} // namespace quilmark

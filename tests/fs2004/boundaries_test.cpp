@@ -4,6 +4,8 @@
 #include "fs2004/boundaries.h"
 #include "support/fs2004_writer.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr double Airport_Lat = 47.5;
@@ -110,3 +112,5 @@ TEST(Fs2004Boundaries, ClassTextsOfTheClassicChart) {
         EXPECT_EQ(Fs2004_Class_Text(c.type), c.text) << int{c.type};
     }
 }
+
+} // namespace quilmark

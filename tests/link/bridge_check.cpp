@@ -32,6 +32,8 @@
 #include "link/net_bridge_transport.h"
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -40,15 +42,15 @@ using Clock = std::chrono::steady_clock;
 int Open(Fsuipc_Rec& link, Bridge_Transport& transport, int patience_s) {
     link.transport = &transport;
     auto deadline = Clock::now() + std::chrono::seconds(patience_s);
-    Link_Result result = Link_Result::ok;
+    Link_Result result = Link_Result::Ok;
     for (;;) {
         Link_Reset(link);
-        if (Link_Open(link, fsuipc_fs2002, result)) {
+        if (Link_Open(link, Fsuipc_Fs2002, result)) {
             return 0;
         }
         Link_Close(link);
         // A slow machine may need a moment before Wine hands the first connection over.
-        if (result != Link_Result::no_window || Clock::now() > deadline) {
+        if (result != Link_Result::No_Window || Clock::now() > deadline) {
             return static_cast<int>(result);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(250));
@@ -56,7 +58,7 @@ int Open(Fsuipc_Rec& link, Bridge_Transport& transport, int patience_s) {
 }
 
 bool Read_One(Fsuipc_Rec& link, int32_t offset, int32_t size, void* into) {
-    Link_Result result = Link_Result::ok;
+    Link_Result result = Link_Result::Ok;
     bool ok = Link_Read(link, offset, size, into, result) && Link_Process(link, result);
     if (!ok) {
         std::printf("  reading 0x%04X failed with result %d\n", offset, static_cast<int>(result));
@@ -148,11 +150,11 @@ long Send_And_Collect(uint16_t port, const std::vector<uint8_t>& bytes, bool hal
 // that stop sending.
 int Check_Malformed(uint16_t port) {
     // Window, timeout, one read of 4 bytes, the closing word, then 4 bytes too many.
-    std::vector<uint8_t> padded(bridge_send_prefix + link_read_header + 4 + 4 + 4, 0);
-    Put_U32(padded.data() + 8, link_read_id);
+    std::vector<uint8_t> padded(Bridge_Send_Prefix + Link_Read_Header + 4 + 4 + 4, 0);
+    Put_U32(padded.data() + 8, Link_Read_Id);
     Put_U32(padded.data() + 16, 4);
     auto frame = [](size_t length, const std::vector<uint8_t>& payload) {
-        return Form_Bridge_Request(bridge_send_list, payload, static_cast<uint32_t>(length));
+        return Form_Bridge_Request(Bridge_Send_List, payload, static_cast<uint32_t>(length));
     };
     const std::vector<uint8_t> half(50, 0);
     const struct {
@@ -160,7 +162,7 @@ int Check_Malformed(uint16_t port) {
         std::vector<uint8_t> bytes;
         bool half_close;
     } probes[] = {
-        {"length over the 32 KiB block", frame(bridge_max_frame + 1, half), true},
+        {"length over the 32 KiB block", frame(Bridge_Max_Frame + 1, half), true},
         {"length longer than the list", frame(padded.size(), padded), false},
         {"connection closed half way", frame(100, half), true},
         {"peer silent half way", frame(100, half), false},
@@ -176,7 +178,7 @@ int Check_Malformed(uint16_t port) {
                                      : "ANSWERED",
                     std::chrono::duration<double>(Clock::now() - start).count());
         // After every broken frame the bridge must still answer a sound one.
-        bool still_serves = Bridge_Transport(port).Find_Window(link_main_class) != 0;
+        bool still_serves = Bridge_Transport(port).Find_Window(Link_Main_Class) != 0;
         if (!still_serves) {
             std::printf("  the bridge no longer finds the module's window\n");
         }
@@ -194,7 +196,7 @@ double Seconds_Since(Clock::time_point start) {
 // served, and a burst of connections at once.
 int Check_Hold_Up(uint16_t port) {
     const std::vector<uint8_t> find =
-        Form_Bridge_Request(bridge_find_window, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'}, 8);
+        Form_Bridge_Request(Bridge_Find_Window, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'}, 8);
     auto start = Clock::now();
     long trickled = 0;
     double dropped_s = 0;
@@ -203,7 +205,7 @@ int Check_Hold_Up(uint16_t port) {
         dropped_s = Seconds_Since(start);
     });
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    bool served = Bridge_Transport(port).Find_Window(link_main_class) != 0;
+    bool served = Bridge_Transport(port).Find_Window(Link_Main_Class) != 0;
     double served_s = Seconds_Since(start);
     trickler.join();
     std::printf("  a request trickled a byte every 0.2 s: %s after %.1f s; another client %s "
@@ -213,26 +215,29 @@ int Check_Hold_Up(uint16_t port) {
     // Dropped at the bridge's deadline of 2 s, well before its last byte at 3.8 s.
     bool trickle_ok = trickled == 0 && dropped_s < 3.5 && served && served_s < dropped_s;
 
-    constexpr int clients = 50;
+    constexpr int Client_Count = 50;
     std::vector<std::thread> burst;
-    std::vector<int> found(clients, 0);
-    for (int i = 0; i < clients; ++i) {
+    std::vector<int> found(Client_Count, 0);
+    for (int i = 0; i < Client_Count; ++i) {
         burst.emplace_back([&, i] {
             found[static_cast<size_t>(i)] =
-                Bridge_Transport(port).Find_Window(link_main_class) != 0;
+                Bridge_Transport(port).Find_Window(Link_Main_Class) != 0;
         });
     }
     for (std::thread& t : burst) {
         t.join();
     }
     int answered = static_cast<int>(std::count(found.begin(), found.end(), 1));
-    std::printf("  a burst of %d connections: %d answered\n", clients, answered);
-    return trickle_ok && answered == clients ? 0 : 1;
+    std::printf("  a burst of %d connections: %d answered\n", Client_Count, answered);
+    return trickle_ok && answered == Client_Count ? 0 : 1;
 }
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     std::string mode = argc == 4 && std::strcmp(argv[2], "--port") == 0 ? argv[1] : "";
     auto port = static_cast<uint16_t>(argc == 4 ? std::atoi(argv[3]) : 0);

@@ -20,6 +20,8 @@
 #include "support/fake_module.h"
 #include "support/running_bridge.h"
 
+namespace quilmark {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -32,13 +34,13 @@ std::vector<uint8_t> Frame(uint32_t magic, uint32_t command, uint32_t length,
 // Window, timeout, and a list of one record, closed: a read of 4 bytes at 0x3308 whose
 // record claims record_size bytes, or a write of 2 bytes at 0x330A.
 std::vector<uint8_t> Send_Payload(uint32_t record_size = 4, bool write = false) {
-    std::vector<uint8_t> p(bridge_send_prefix, 0);
-    Put_U32(p.data(), static_cast<uint32_t>(Fake_Module_Transport::main_window_handle));
+    std::vector<uint8_t> p(Bridge_Send_Prefix, 0);
+    Put_U32(p.data(), static_cast<uint32_t>(Fake_Module_Transport::Main_Window_Handle));
     Put_U32(p.data() + 4, 2000);
-    uint32_t header = write ? link_write_header : link_read_header;
-    p.resize(bridge_send_prefix + header + (write ? 2 : 4) + link_closing_word);
-    uint8_t* record = p.data() + bridge_send_prefix;
-    Put_U32(record, write ? link_write_id : link_read_id);
+    uint32_t header = write ? Link_Write_Header : Link_Read_Header;
+    p.resize(Bridge_Send_Prefix + header + (write ? 2 : 4) + Link_Closing_Word);
+    uint8_t* record = p.data() + Bridge_Send_Prefix;
+    Put_U32(record, write ? Link_Write_Id : Link_Read_Id);
     Put_U32(record + 4, write ? 0x330A : 0x3308);
     Put_U32(record + 8, write ? 2 : record_size);
     if (write) {
@@ -50,12 +52,12 @@ std::vector<uint8_t> Send_Payload(uint32_t record_size = 4, bool write = false) 
 }
 
 std::vector<uint8_t> Sized(const std::vector<uint8_t>& p) {
-    return Frame(bridge_magic, bridge_send_list, static_cast<uint32_t>(p.size()), p);
+    return Frame(Bridge_Magic, Bridge_Send_List, static_cast<uint32_t>(p.size()), p);
 }
 
 class Bridge_Test : public ::testing::Test {
   protected:
-    Bridge_Test() { EXPECT_EQ(Bridge_Open(bridge, fake), Link_Result::ok); }
+    Bridge_Test() { EXPECT_EQ(Bridge_Open(bridge, fake), Link_Result::Ok); }
     ~Bridge_Test() override { Bridge_Close(bridge); }
 
     std::vector<uint8_t> Answer(const std::vector<uint8_t>& frame, bool sound = true) {
@@ -73,31 +75,31 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
     auto length = static_cast<uint32_t>(sound.size());
     std::vector<uint8_t> padded = sound;
     padded.insert(padded.end(), 4, 0);
-    std::vector<uint8_t> huge(bridge_max_frame + 1, 0);
+    std::vector<uint8_t> huge(Bridge_Max_Frame + 1, 0);
     const std::pair<const char*, std::vector<uint8_t>> cases[] = {
-        {"wrong magic", Frame(0x51424D51, bridge_send_list, length, sound)},
-        {"unknown command", Frame(bridge_magic, 3, length, sound)},
+        {"wrong magic", Frame(0x51424D51, Bridge_Send_List, length, sound)},
+        {"unknown command", Frame(Bridge_Magic, 3, length, sound)},
         {"length over the block",
-         Frame(bridge_magic, bridge_send_list, bridge_max_frame + 1, huge)},
-        {"length far over the block", Frame(bridge_magic, bridge_send_list, 0xFFFFFFF0u, huge)},
+         Frame(Bridge_Magic, Bridge_Send_List, Bridge_Max_Frame + 1, huge)},
+        {"length far over the block", Frame(Bridge_Magic, Bridge_Send_List, 0xFFFFFFF0u, huge)},
         {"list shorter than the frame", Sized(padded)},
-        {"frame shorter than the list", Frame(bridge_magic, bridge_send_list, length - 4, sound)},
+        {"frame shorter than the list", Frame(Bridge_Magic, Bridge_Send_List, length - 4, sound)},
         {"record past the frame", Sized(Send_Payload(40000))},
         {"record size wrapping around", Sized(Send_Payload(0xFFFFFFF8))},
         {"too short for a list",
-         Frame(bridge_magic, bridge_send_list, 8, {1, 0, 0, 0, 0, 0, 0, 0})},
-        {"class name too long", Frame(bridge_magic, bridge_find_window, 65, huge)},
-        {"empty class name", Frame(bridge_magic, bridge_find_window, 0, {})},
-        {"class name with a zero", Frame(bridge_magic, bridge_find_window, 3, {'A', 0, 'B'})},
-        {"fewer bytes than the header says", Frame(bridge_magic, bridge_send_list, length, {1})},
+         Frame(Bridge_Magic, Bridge_Send_List, 8, {1, 0, 0, 0, 0, 0, 0, 0})},
+        {"class name too long", Frame(Bridge_Magic, Bridge_Find_Window, 65, huge)},
+        {"empty class name", Frame(Bridge_Magic, Bridge_Find_Window, 0, {})},
+        {"class name with a zero", Frame(Bridge_Magic, Bridge_Find_Window, 3, {'A', 0, 'B'})},
+        {"fewer bytes than the header says", Frame(Bridge_Magic, Bridge_Send_List, length, {1})},
         {"part of a header", {0x51, 0x4D}},
     };
     for (const auto& [name, bytes] : cases) {
         SCOPED_TRACE(name);
-        std::fill(bridge.view, bridge.view + link_block_size, 0xEE);
+        std::fill(bridge.view, bridge.view + Link_Block_Size, 0xEE);
         EXPECT_TRUE(Answer(bytes, false).empty());
         EXPECT_EQ(fake.sends, 0u);
-        EXPECT_TRUE(std::all_of(bridge.view, bridge.view + link_block_size,
+        EXPECT_TRUE(std::all_of(bridge.view, bridge.view + Link_Block_Size,
                                 [](uint8_t b) { return b == 0xEE; }));
     }
     Answer(Sized(sound)); // and the next sound frame is answered
@@ -145,14 +147,14 @@ TEST(Bridge_Loop, NoBridgeMeansNoWindowAndTheOpenReleasesWhatItMade) {
     Fsuipc_Rec link;
     link.transport = &transport;
     Link_Reset(link);
-    Link_Result result = Link_Result::ok;
-    EXPECT_TRUE(Link_Open(link, fsuipc_fs2002, result));
+    Link_Result result = Link_Result::Ok;
+    EXPECT_TRUE(Link_Open(link, Fsuipc_Fs2002, result));
     Link_Close(link);
     server.reset(); // nothing listens on the port any more
     Link_Reset(link);
-    EXPECT_FALSE(Link_Open(link, fsuipc_fs2002, result));
-    EXPECT_EQ(result, Link_Result::no_window);
-    EXPECT_EQ(transport.Last_Error(), bridge_error_refused);
+    EXPECT_FALSE(Link_Open(link, Fsuipc_Fs2002, result));
+    EXPECT_EQ(result, Link_Result::No_Window);
+    EXPECT_EQ(transport.Last_Error(), Bridge_Error_Refused);
     EXPECT_EQ(transport.Atoms_Held(), 0u);
 }
 
@@ -170,13 +172,13 @@ TEST(Bridge_Loop, ATricklingClientIsDroppedAtTheFrameDeadlineWhileAnotherIsServe
     double served_s = -1;
     std::thread other([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        if (Bridge_Transport(server.Port()).Find_Window(link_main_class) != 0) {
+        if (Bridge_Transport(server.Port()).Find_Window(Link_Main_Class) != 0) {
             served_s = seconds();
         }
     });
     // A sound request, one byte every 100 ms: it would be whole after 2 s.
     std::vector<uint8_t> frame =
-        Frame(bridge_magic, bridge_find_window, 8, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'});
+        Frame(Bridge_Magic, Bridge_Find_Window, 8, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'});
     long taken = 0;
     for (size_t i = 0; i < frame.size() && taken == 0; ++i) {
         trickler.Send({frame[i]});
@@ -189,28 +191,28 @@ TEST(Bridge_Loop, ATricklingClientIsDroppedAtTheFrameDeadlineWhileAnotherIsServe
     EXPECT_LT(dropped_s, 1.9); // before its last byte
     EXPECT_GT(served_s, 0);
     EXPECT_LT(served_s, dropped_s); // while the trickler held its connection
-    EXPECT_EQ(server.Count(Bridge_Outcome::too_slow), 1u);
+    EXPECT_EQ(server.Count(Bridge_Outcome::Too_Slow), 1u);
 }
 
 TEST(Bridge_Loop, ABurstOfFiftyConnectionsIsAllAnswered) {
     Fake_Module_Transport fake;
     Running_Bridge server(fake);
-    constexpr int clients = 50;
-    std::latch start(clients);
-    std::vector<uint64_t> windows(clients, 0);
+    constexpr int Client_Count = 50;
+    std::latch start(Client_Count);
+    std::vector<uint64_t> windows(Client_Count, 0);
     std::vector<std::thread> threads;
-    for (int i = 0; i < clients; ++i) {
+    for (int i = 0; i < Client_Count; ++i) {
         threads.emplace_back([&, i] {
             start.arrive_and_wait();
             windows[static_cast<size_t>(i)] =
-                Bridge_Transport(server.Port()).Find_Window(link_main_class);
+                Bridge_Transport(server.Port()).Find_Window(Link_Main_Class);
         });
     }
     for (std::thread& t : threads) {
         t.join();
     }
-    EXPECT_EQ(std::count(windows.begin(), windows.end(), Fake_Module_Transport::main_window_handle),
-              clients);
+    EXPECT_EQ(std::count(windows.begin(), windows.end(), Fake_Module_Transport::Main_Window_Handle),
+              Client_Count);
 }
 
 TEST(Bridge_Loop, ARequestWhoseClientHasGoneNeverReachesTheModule) {
@@ -229,7 +231,9 @@ TEST(Bridge_Loop, ARequestWhoseClientHasGoneNeverReachesTheModule) {
     server.Stop();
     EXPECT_EQ(fake.exchanges, 1u);
     EXPECT_EQ(fake.space.written[0x330A], 0);
-    EXPECT_EQ(server.Count(Bridge_Outcome::client_gone), 1u);
+    EXPECT_EQ(server.Count(Bridge_Outcome::Client_Gone), 1u);
 }
 
 } // namespace
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 #include "link/fsuipc.h"
 #include "support/fake_module.h"
 
+namespace quilmark {
+
 namespace {
 
 // A client on a fake module of its own; result holds the last call's result code.
@@ -21,7 +23,7 @@ struct Client {
         Link_Reset(link);
     }
     Client(const Client&) = delete;
-    bool Open(int32_t sim = fsuipc_fs2002) { return Link_Open(link, sim, result); }
+    bool Open(int32_t sim = Fsuipc_Fs2002) { return Link_Open(link, sim, result); }
     // Opens, then forgets what the open sent.
     void Opened() {
         ASSERT_TRUE(Open()) << Code();
@@ -59,7 +61,7 @@ TEST(Fsuipc, OpenGivesEachResultCodeAndReleasesWhatItMadeOnFailure) {
         {"atom refused", [](F& f) { f.refuse_atom = true; }, 6, 4},
         {"mapping refused", [](F& f) { f.refuse_mapping = true; }, 6, 5},
         {"mapping already exists",
-         [](F& f) { f.Create_Mapping("FSASMLIB:IPC:1A2B:1", link_block_size); }, 6, 5},
+         [](F& f) { f.Create_Mapping("FSASMLIB:IPC:1A2B:1", Link_Block_Size); }, 6, 5},
         {"view refused", [](F& f) { f.refuse_view = true; }, 6, 6},
         {"module too old", [](F& f) { f.space.Set_U32(0x3304, 0x19980004); }, 6, 7},
         {"version compared signed", [](F& f) { f.space.Set_U32(0x3304, 0x80000000); }, 6, 7},
@@ -115,10 +117,10 @@ TEST(Fsuipc, OpenNamesTheBlockByAtomSendsTheClientVersionAndKeepsTheSimulatorCod
     uint32_t size = 0;
     EXPECT_EQ(c.fake.Find_Block(static_cast<uint64_t>(int64_t{c.link.link_atom}), size),
               c.link.link_view);
-    EXPECT_EQ(size, link_block_size);
+    EXPECT_EQ(size, Link_Block_Size);
     // The open's list: read 0x3304, read 0x3308, write 0x330A, closed.
     ASSERT_EQ(c.fake.last_list.size(), 16u + 4 + 16 + 4 + 12 + 2 + 4);
-    EXPECT_EQ(Get_U32(&c.fake.last_list[40]), link_write_id);
+    EXPECT_EQ(Get_U32(&c.fake.last_list[40]), Link_Write_Id);
     EXPECT_EQ(Get_U32(&c.fake.last_list[44]), 0x330Au);
     EXPECT_EQ(c.fake.space.written[0x330A], 0x02);
     EXPECT_EQ(c.fake.space.written[0x330B], 0x01);
@@ -243,10 +245,10 @@ TEST(Fsuipc, ProcessDeliversEachReadToItsDestination) {
     std::vector<uint32_t> tokens;
     for (size_t pos = 0; Get_U32(&list[pos]) != 0;) {
         uint32_t id = Get_U32(&list[pos]);
-        if (id == link_read_id) {
+        if (id == Link_Read_Id) {
             tokens.push_back(Get_U32(&list[pos + 12]));
         }
-        pos += (id == link_read_id ? 16 : 12) + Get_U32(&list[pos + 8]);
+        pos += (id == Link_Read_Id ? 16 : 12) + Get_U32(&list[pos + 8]);
     }
     EXPECT_EQ(tokens, (std::vector<uint32_t>{1, 0, 2, 3, 4}));
     EXPECT_EQ(c.link.link_next, c.link.link_view);
@@ -321,3 +323,5 @@ TEST(Fsuipc, CloseTwiceReleasesOnce) {
     EXPECT_EQ(c.fake.Handles_Held(), 0u);
     c.Opened(); // the same name is free again for the next open
 }
+
+} // namespace quilmark

@@ -2,17 +2,18 @@
 // between. Opens the link, reads the chart's four values, and checks the raw values.
 #include <cstdio>
 
-#include "link/fsuipc.h"
 #include "mock_table.h"
+#include "link/fsuipc.h"
 #include "win32_transport.h"
 
 int main() {
+    using namespace quilmark;
     Win32_Transport transport;
     Fsuipc_Rec link;
     link.transport = &transport;
-    Link_Result result = Link_Result::ok;
+    Link_Result result = Link_Result::Ok;
     Link_Reset(link);
-    if (!Link_Open(link, fsuipc_fs2002, result)) {
+    if (!Link_Open(link, Fsuipc_Fs2002, result)) {
         std::printf("win32 client: Link_Open failed with result %d\n", static_cast<int>(result));
         return 1;
     }
@@ -28,7 +29,7 @@ int main() {
                 "heading %d altimeter %u\n",
                 static_cast<int>(result), static_cast<unsigned>(link.link_module_version),
                 link.link_sim_version, lat, lon, heading, altimeter);
-    bool expected = lat == mock_lat_raw && lon == mock_lon_raw && heading == mock_heading_raw &&
-                    altimeter == mock_altimeter_raw && link.link_sim_version == 6;
+    bool expected = lat == Mock_Lat_Raw && lon == Mock_Lon_Raw && heading == Mock_Heading_Raw &&
+                    altimeter == Mock_Altimeter_Raw && link.link_sim_version == 6;
     return ok && expected ? 0 : 1;
 }

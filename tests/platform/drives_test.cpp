@@ -6,6 +6,8 @@
 #include "platform/drives.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -124,3 +126,5 @@ TEST(Drives, HomePrefixesOfWineAndTheGameLaunchers) {
     EXPECT_EQ(Find_Home_Wine_Prefixes(h), expected);
     EXPECT_TRUE(Find_Home_Wine_Prefixes(h + "/nowhere").empty());
 }
+
+} // namespace quilmark

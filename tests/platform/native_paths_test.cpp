@@ -7,6 +7,8 @@
 #include "platform/text1252.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -118,5 +120,7 @@ TEST(NativePaths, AWriteClearsWhatStoppedWritesOfTheSameFileLeft) {
         EXPECT_EQ(fs::exists(tree.root / name), !removed) << name;
     }
     EXPECT_TRUE(fs::is_directory(tree.root / ".all_fs_airports.dat.tmp-55"));
-    EXPECT_EQ(Read_Whole_File((tree.root / "all_fs_airports.dat").string()), "db");
+    EXPECT_EQ(Read_Whole_File((tree.root / "all_fs_airports.dat").string(), 2), "db");
 }
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 
 #include "platform/rounding.h"
 
+namespace quilmark {
+
 TEST(RoundHalfEven, WholeNumbersGoToTheEvenNeighbourOnlyOnExactHalves) {
     const struct {
         double in, out;
@@ -67,3 +69,5 @@ TEST(IntegerConversions, RoundHalfEvenAndSaturate) {
     EXPECT_EQ(To_I32(1442.5), 1442);
     EXPECT_EQ(Clamp_I16(-32769), -32768);
 }
+
+} // namespace quilmark

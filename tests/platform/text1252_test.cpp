@@ -2,6 +2,8 @@
 
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 TEST(Text1252, UpperAndLowerCaseFollowTheCodePageLetters) {
     // é è ü ø š œ ž ÿ and their capitals; ß, ×, ÷ and µ have no other case here.
     EXPECT_EQ(Upper_1252("z\xE9\xE8\xFC\xF8\x9A\x9C\x9E\xFF"), "Z\xC9\xC8\xDC\xD8\x8A\x8C\x8E\x9F");
@@ -36,3 +38,5 @@ TEST(Text1252, ConversionAtTheEdgesRoundTrips) {
     EXPECT_EQ(Utf8_To_Ansi("\xE4\xB8\xAD"), "?"); // no such character in the code page
     EXPECT_EQ(Utf8_To_Ansi("a\xC3"), "a?");       // cut sequence
 }
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 
 #include <filesystem>
 
+namespace quilmark {
+
 namespace {
 
 Bytes Le16(uint16_t v) {
@@ -25,9 +27,7 @@ Bytes Slice(const Bytes& bytes, size_t at, size_t n) {
 
 // The list the database build leaves for the Example Field file.
 Dyn_Array<Airport_Rec> Decoded_Example() {
-    auto m = std::make_unique<Module1>();
-    Decode_Bgl_Bytes(*m, Example_Field());
-    return m->airports;
+    return Decode_Bgl_Bytes(Example_Field())->airports;
 }
 
 } // namespace
@@ -141,3 +141,5 @@ TEST(AirportDatabase, WrittenThroughATemporaryFileAndNeverReadWhenHuge) {
     EXPECT_EQ(Read_Airport_Database("huge.dat", 1, back), Database_Read_Result::Damaged);
     EXPECT_EQ(back.Slot_Count(), 1u);
 }
+
+} // namespace quilmark

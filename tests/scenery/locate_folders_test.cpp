@@ -7,6 +7,8 @@
 #include "scenery/locate_folders.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -108,3 +110,5 @@ TEST(LocateFolders, WinePrefixDrivesAndLabelsResolveToTheirFiles) {
     ASSERT_EQ(files(1).size(), 1u);
     EXPECT_EQ(files(1)[0].native_path, (sim / "Addon/Scenery/Addon.bgl").string());
 }
+
+} // namespace quilmark

@@ -4,6 +4,9 @@
 
 #include "scenery/magdec.h"
 #include "support/bgl_writer.h"
+#include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -15,7 +18,7 @@ std::unique_ptr<Magvar_Grid> Grid_With(int index, int16_t value) {
 
 // The grid after loading a magdec.bgl of these bytes over a grid holding 42 at index 7.
 std::unique_ptr<Magvar_Grid> Loaded(const Bytes& bytes) {
-    const std::string path = ::testing::TempDir() + "/magdec.bgl";
+    const std::string path = Temp_File("magdec.bgl");
     Write_File(path, bytes);
     auto grid = Grid_With(7, 42);
     Bgl_Image image;
@@ -43,7 +46,7 @@ TEST(Magdec, MissingFileOrGridLeavesTheGridAloneAndACutGridReadsZeros) {
     EXPECT_EQ((*Loaded(no_grid))[7], 42);
     auto grid = Grid_With(7, 42);
     Bgl_Image image;
-    EXPECT_FALSE(Load_Magdec(image, *grid, ::testing::TempDir() + "/magdec.missing"));
+    EXPECT_FALSE(Load_Magdec(image, *grid, Temp_File("magdec.missing")));
     EXPECT_EQ((*grid)[7], 42);
 
     Bytes cut = Build_Magdec(std::vector<int16_t>(65160, 9));
@@ -53,43 +56,4 @@ TEST(Magdec, MissingFileOrGridLeavesTheGridAloneAndACutGridReadsZeros) {
     EXPECT_EQ((*grid)[100], 0);
 }
 
-TEST(Magdec, PositionsRoundToTheirGridIndex) {
-    struct Case {
-        double lat, lon;
-        int index;
-    } cases[] = {
-        {89.6, 179.6, 32760},        // 90 N, 180 E
-        {0, -179.6, 181 * 180 + 90}, // -180 meets +180
-        {0, -0.4, 90},               // rounds to 0: no 360 added
-        {0.5, 0.5, 90},              // halves go to the even neighbour
-        {1.5, -1.5, 181 * 358 + 90 + 2},
-    };
-    for (const Case& c : cases) {
-        auto grid = Grid_With(c.index, 1821); // 10.0 degrees
-        EXPECT_EQ(True_To_Magnetic(*grid, 100, c.lat, c.lon), 90) << c.lat << "," << c.lon;
-        EXPECT_EQ(Magnetic_To_True(*grid, 100, c.lat, c.lon), 110) << c.lat << "," << c.lon;
-    }
-}
-
-TEST(Magdec, VariationInWholeDegreesAndOneFold) {
-    struct Case {
-        int16_t grid_value;
-        double heading;
-        int16_t magnetic;
-    } cases[] = {
-        {182, 100, 100},  // 0.9997 degrees: none
-        {-183, 100, 101}, // -1.005: -1
-        {1821, 5, 355},   // 5 - 10
-        {-1821, 355, 5},  // 365 folded
-        {0, 360, 360},    // 360 stays
-        {0, 359.5, 360},  // the heading is rounded half to even first
-        {0, 358.5, 358},
-    };
-    for (const Case& c : cases) {
-        auto grid = Grid_With(90, c.grid_value);
-        EXPECT_EQ(True_To_Magnetic(*grid, c.heading, 0, 0), c.magnetic)
-            << c.grid_value << " " << c.heading;
-    }
-    auto grid = Grid_With(90, 1821);
-    EXPECT_EQ(True_To_Magnetic(*grid, 10, 0, 400), 10); // off the world: no variation
-}
+} // namespace quilmark

@@ -14,13 +14,16 @@
 
 #include "platform/native_paths.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
 #include "support/decode.h"
 #include "support/hooked_form.h"
 #include "support/named_pipe.h"
 #include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -33,7 +36,7 @@ struct Scan_Result {
 // A start of the program in the current directory: the configuration file, then one scan.
 std::unique_ptr<Scan_Result> Start(Recording_Chooser_Form* ui = nullptr) {
     auto r = std::make_unique<Scan_Result>();
-    EXPECT_EQ(Read_Config_File(*r->m, Config_File_Name), Config_Status::ok);
+    EXPECT_EQ(Read_Config_File(*r->m, Config_File_Name), Config_Status::Ok);
     Run_Scenery_Scan(*r->m, *r->form, ui != nullptr ? *ui : r->ui);
     return r;
 }
@@ -55,7 +58,7 @@ void Small_World(const Work_Dir& dir, const std::string& cfg,
         Write_File(dir.Sub("fs/" + path), One_Airport_File(ident, Name_Record(name, 16)));
     }
     Module1 m;
-    ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::Ok);
 }
 
 } // namespace
@@ -63,7 +66,7 @@ void Small_World(const Work_Dir& dir, const std::string& cfg,
 TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
     Work_Dir dir("scan-sample");
     Module1 init;
-    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
     const auto config_size = std::filesystem::file_size(Config_File_Name);
 
     auto first = Start();
@@ -103,7 +106,7 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
 TEST(ScanSequence, DamagedDatabaseIsReportedAndRebuilt) {
     Work_Dir dir("scan-damaged");
     Module1 init;
-    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
     auto first = Start();
     const auto size = std::filesystem::file_size(Database_File_Name);
     std::filesystem::resize_file(Database_File_Name, size / 2);
@@ -182,7 +185,7 @@ TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
     Start();
     std::filesystem::remove(Config_File_Name);
     Module1 fresh;
-    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::ok);
+    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::Ok);
     auto r = Start();
     EXPECT_TRUE(r->ui.list.empty());
     EXPECT_TRUE(r->ui.messages.empty());
@@ -203,7 +206,7 @@ TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
                                  "headings.",
                              "Quilmark Message", Message_Icon::Information}));
     EXPECT_EQ(first->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
-    const std::string database = Read_Whole_File(Database_File_Name).value();
+    const std::string database = Read_Whole_File(Database_File_Name, Max_Database_File_Size).value();
 
     // A damaged path, and a count that no longer fits the database: the path leads to no
     // scenery.cfg, so nothing is built, and the complete database stays as it is. A pipe
@@ -225,7 +228,7 @@ TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
         EXPECT_TRUE(r->ui.list.empty());
         EXPECT_EQ(r->ui.status_texts.back(), "Done");
         EXPECT_TRUE(r->ui.controls_enabled);
-        EXPECT_EQ(Read_Whole_File(Database_File_Name),
+        EXPECT_EQ(Read_Whole_File(Database_File_Name, Max_Database_File_Size),
                   with_database ? database : std::optional<std::string>());
     }
     EXPECT_FALSE(magdec.Reader_Was_Stuck());
@@ -272,7 +275,7 @@ TEST(ScanSequence, ABuildThatCannotStoreItsCountKeepsNoDatabase) {
 
         std::filesystem::remove_all(Config_File_Name);
         Module1 m;
-        ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::ok);
+        ASSERT_EQ(Write_First_Config(m, true, dir.Sub("fs")), Config_Status::Ok);
         EXPECT_EQ(Start()->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
         std::filesystem::remove(Database_File_Name);
     }
@@ -330,7 +333,7 @@ TEST(ScanSequence, AKillDuringTheWritesNeverLeavesAnEmptyList) {
     Module1 init;
     auto fresh_start = [&] {
         std::filesystem::remove(Database_File_Name);
-        ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::ok);
+        ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
     };
     std::vector<std::chrono::steady_clock::duration> undisturbed;
     for (int i = 0; i < 3; ++i) {
@@ -349,3 +352,5 @@ TEST(ScanSequence, AKillDuringTheWritesNeverLeavesAnEmptyList) {
         ASSERT_EQ(Start()->ui.Sorted_List(), expected) << "kill " << i;
     }
 }
+
+} // namespace quilmark

@@ -6,12 +6,14 @@
 
 #include "scenery/scenery_cfg.h"
 
+namespace quilmark {
+
 namespace {
 
 Module1 Read_Text(std::string_view text) {
     Module1 m;
     m.scenery_areas.Release();
-    EXPECT_EQ(Read_Scenery_Cfg_Text(m, text), Scenery_Cfg_Status::ok);
+    EXPECT_EQ(Read_Scenery_Cfg_Text(m, text), Scenery_Cfg_Status::Ok);
     return m;
 }
 
@@ -120,7 +122,9 @@ TEST(SceneryCfg, LargeAndHostileFilesStayBounded) {
         overlap += "[Area.a" + std::to_string(i) + "]\n[Area.z" + std::to_string(i) + "]\n";
     }
     Module1 big;
-    EXPECT_EQ(Read_Scenery_Cfg_Text(big, overlap), Scenery_Cfg_Status::too_large);
+    EXPECT_EQ(Read_Scenery_Cfg_Text(big, overlap), Scenery_Cfg_Status::Too_Large);
     EXPECT_GT(big.scenery_area_count, 200);
     EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(20));
 }
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <stdexcept>
 
+namespace quilmark {
+
 void Byte_Writer::I16(int16_t v) {
     auto u = static_cast<uint16_t>(v);
     bytes.insert(bytes.end(), {static_cast<uint8_t>(u & 0xFF), static_cast<uint8_t>(u >> 8)});
@@ -188,8 +190,8 @@ Bytes Taxiway_Block_Record(const std::vector<Bytes>& lists) {
 
 namespace {
 
-constexpr size_t kHeaderSize = 200;
-constexpr int32_t kEndOfSection = 0x7FFF0000; // any type outside the walkers' tables
+constexpr size_t Header_Size = 200;
+constexpr int32_t End_Of_Section = 0x7FFF0000; // any type outside the walkers' tables
 
 size_t Entry_Size(const Airport_Entry& e) {
     return 16 + std::max(e.ident.size(), e.ident_padded_length);
@@ -213,11 +215,11 @@ size_t Section_Size(const Bgl_File_Layout& layout) {
 
 Bytes Build_Bgl(const Bgl_File_Layout& layout) {
     Byte_Writer w;
-    w.Zeros(kHeaderSize);
+    w.Zeros(Header_Size);
     w.Patch_I32(118, static_cast<int32_t>(layout.marker));
     w.Patch_I32(144, layout.layout_word);
 
-    const size_t section = kHeaderSize;
+    const size_t section = Header_Size;
     size_t block = section + Section_Size(layout);
     if (!layout.groups.empty()) {
         for (const auto& g : layout.groups) {
@@ -236,7 +238,7 @@ Bytes Build_Bgl(const Bgl_File_Layout& layout) {
             }
             w.Zeros(g.gap_after_entries);
         }
-        w.Append(Words({kEndOfSection, 0}));
+        w.Append(Words({End_Of_Section, 0}));
         for (const auto& g : layout.groups) {
             for (const auto& e : g.entries) {
                 w.Append(Words({e.block_word_0, 0, e.block_word_8, 0}));
@@ -331,3 +333,5 @@ Bytes Boundary_Section(const std::vector<std::vector<Bytes>>& lists) {
     w.Append(Words({0, 0}));
     return w.bytes;
 }
+
+} // namespace quilmark

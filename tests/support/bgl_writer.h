@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace quilmark {
+
 using Bytes = std::vector<uint8_t>;
 
 struct Byte_Writer {
@@ -162,3 +164,5 @@ Bytes Boundary_Com_Record(int32_t frequency_word, std::string_view facility_name
 // A whole section: one list group per entry of lists, each holding boundary groups with
 // the given children, and a record of type 0 behind the last list.
 Bytes Boundary_Section(const std::vector<std::vector<Bytes>>& lists);
+
+} // namespace quilmark

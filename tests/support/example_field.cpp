@@ -2,6 +2,8 @@
 
 #include "support/decode.h"
 
+namespace quilmark {
+
 Bytes Example_Field() {
     Runway_Fields rw1;
     rw1.lat_raw = 5001000;
@@ -43,3 +45,5 @@ Bytes Example_Field() {
                 Runway_Record(rw1), Navaid_Record(ils_a), Navaid_Record(vor), Navaid_Record(ils_b),
                 Runway_Record(rw2), Navaid_Record(ils_c), taxiways}));
 }
+
+} // namespace quilmark

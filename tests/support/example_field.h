@@ -5,4 +5,8 @@
 
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 Bytes Example_Field();
+
+} // namespace quilmark

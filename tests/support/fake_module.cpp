@@ -4,10 +4,12 @@
 #include <cstring>
 #include <thread>
 
+namespace quilmark {
+
 namespace {
 
-constexpr uint32_t error_not_enough_memory = 8;
-constexpr uint32_t error_invalid_window_handle = 1400;
+constexpr uint32_t Error_Not_Enough_Memory = 8;
+constexpr uint32_t Error_Invalid_Window_Handle = 1400;
 
 } // namespace
 
@@ -18,11 +20,11 @@ Fake_Module_Transport::Fake_Module_Transport() {
 
 uint64_t Fake_Module_Transport::Find_Window(const char* class_name) {
     windows_asked.emplace_back(class_name);
-    if (main_window && std::strcmp(class_name, link_main_class) == 0) {
-        return main_window_handle;
+    if (main_window && std::strcmp(class_name, Link_Main_Class) == 0) {
+        return Main_Window_Handle;
     }
-    if (fallback_window && std::strcmp(class_name, link_fallback_class) == 0) {
-        return fallback_window_handle;
+    if (fallback_window && std::strcmp(class_name, Link_Fallback_Class) == 0) {
+        return Fallback_Window_Handle;
     }
     return 0;
 }
@@ -37,7 +39,7 @@ uint16_t Fake_Module_Transport::Add_Atom(const char* name) {
 
 uint64_t Fake_Module_Transport::Create_Mapping(const char* name, uint32_t size) {
     if (refuse_mapping) {
-        last_error = error_not_enough_memory;
+        last_error = Error_Not_Enough_Memory;
         return 0;
     }
     return Local_Kernel_Transport::Create_Mapping(name, size);
@@ -45,7 +47,7 @@ uint64_t Fake_Module_Transport::Create_Mapping(const char* name, uint32_t size) 
 
 uint8_t* Fake_Module_Transport::Map_View(uint64_t mapping) {
     if (refuse_view) {
-        last_error = error_not_enough_memory;
+        last_error = Error_Not_Enough_Memory;
         return nullptr;
     }
     return Local_Kernel_Transport::Map_View(mapping);
@@ -60,14 +62,14 @@ bool Fake_Module_Transport::Send_Message_Timeout(uint64_t window, uint32_t messa
         last_error = send_error;
         return false;
     }
-    bool known_window = (window == main_window_handle && main_window) ||
-                        (window == fallback_window_handle && fallback_window);
+    bool known_window = (window == Main_Window_Handle && main_window) ||
+                        (window == Fallback_Window_Handle && fallback_window);
     if (!known_window) {
-        last_error = error_invalid_window_handle;
+        last_error = Error_Invalid_Window_Handle;
         return false;
     }
     // A window that doesn't know the message lets it pass to the default handler: 0.
-    if (message != Local_Kernel_Transport::Register_Message(link_message_name)) {
+    if (message != Local_Kernel_Transport::Register_Message(Link_Message_Name)) {
         message_result = 0;
         return true;
     }
@@ -94,10 +96,12 @@ bool Fake_Module_Transport::Send_Message_Timeout(uint64_t window, uint32_t messa
     if (waiting) {
         std::memcpy(&space.bytes[0x3304], versions, 8);
     }
-    if (garble_answer && length > link_closing_word) {
+    if (garble_answer && length > Link_Closing_Word) {
         uint32_t first_header =
-            Get_U32(block) == link_read_id ? link_read_header : link_write_header;
+            Get_U32(block) == Link_Read_Id ? Link_Read_Header : Link_Write_Header;
         Put_U32(block + first_header + Get_U32(block + 8), 7);
     }
     return true;
 }
+
+} // namespace quilmark

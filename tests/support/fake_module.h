@@ -11,6 +11,8 @@
 #include "link/local_kernel.h"
 #include "link/request_list.h"
 
+namespace quilmark {
+
 class Fake_Module_Transport : public Local_Kernel_Transport {
   public:
     // The module's state: a well-behaved FSUIPC in FS2002 unless a test changes it.
@@ -51,6 +53,8 @@ class Fake_Module_Transport : public Local_Kernel_Transport {
                               uint64_t& message_result) override;
     void Sleep_Ms(uint32_t ms) override { slept_ms += ms; }
 
-    static constexpr uint64_t main_window_handle = 0x10010;
-    static constexpr uint64_t fallback_window_handle = 0x20020;
+    static constexpr uint64_t Main_Window_Handle = 0x10010;
+    static constexpr uint64_t Fallback_Window_Handle = 0x20020;
 };
+
+} // namespace quilmark

@@ -6,18 +6,20 @@
 
 #include "airspace/airport_fetch.h"
 #include "chart/chart_records.h"
+#include "scenery/config_file.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
                                             const std::vector<std::string>& entries,
                                             Magvar_Grid& grid) {
     std::vector<Kit_Airport_Rec> fetched;
     if (auto m = std::make_unique<Module1>();
-        Write_First_Config(*m, true, fs_path) != Config_Status::ok) {
+        Write_First_Config(*m, true, fs_path) != Config_Status::Ok) {
         throw std::runtime_error("cannot write the configuration file");
     }
     for (const std::string& entry : entries) {
@@ -25,7 +27,7 @@ std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
         // later ones read the database file the first one wrote.
         auto m = std::make_unique<Module1>();
         auto form = std::make_unique<Form3_Data>();
-        if (Read_Config_File(*m, Config_File_Name) != Config_Status::ok) {
+        if (Read_Config_File(*m, Config_File_Name) != Config_Status::Ok) {
             throw std::runtime_error("cannot read the configuration file");
         }
         Recording_Chooser_Form scan;
@@ -41,3 +43,5 @@ std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
     }
     return fetched;
 }
+
+} // namespace quilmark

@@ -7,10 +7,14 @@
 #include <vector>
 
 #include "chart/trip_kit.h"
-#include "scenery/magvar_grid.h"
+#include "geo/magnetic_variation.h"
+
+namespace quilmark {
 
 // Throws std::runtime_error when the folder can't be scanned or an entry isn't listed.
 // The grid is the one the scan loaded.
 std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
                                             const std::vector<std::string>& entries,
                                             Magvar_Grid& grid);
+
+} // namespace quilmark

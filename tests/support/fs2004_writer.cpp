@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstring>
 
+namespace quilmark {
+
 uint32_t Pack_Latitude(double degrees) {
     return static_cast<uint32_t>(std::llround((90.0 - degrees) * 536870912.0 / 180.0));
 }
@@ -354,3 +356,5 @@ Bytes Build_Fs2004(const std::vector<Fs9_Section>& sections) {
     }
     return file.bytes;
 }
+
+} // namespace quilmark

@@ -11,6 +11,8 @@
 
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 // Inverses of the decoder's encodings.
 uint32_t Pack_Latitude(double degrees);  // (90 - degrees) * 2^29 / 180
 uint32_t Pack_Longitude(double degrees); // (degrees + 180) * 3 * 2^28 / 360
@@ -151,3 +153,5 @@ struct Fs9_Section {
 // A boundary section's table has an entry per subsection and an (offset, length) pair per
 // record.
 Bytes Build_Fs2004(const std::vector<Fs9_Section>& sections);
+
+} // namespace quilmark

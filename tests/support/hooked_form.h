@@ -6,7 +6,9 @@
 #include <functional>
 #include <string>
 
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
+
+namespace quilmark {
 
 class Hooked_Chooser_Form : public Recording_Chooser_Form {
   public:
@@ -24,3 +26,5 @@ class Hooked_Chooser_Form : public Recording_Chooser_Form {
     std::string at_status_;
     std::function<void()> action_;
 };
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string_view>
 
+namespace quilmark {
+
 namespace {
 
 // Reads what quilmark-tool writes: no booleans, and \u escapes only for control bytes.
@@ -115,3 +117,5 @@ Json_Value Parse_Json(const std::string& text) {
     }
     return v;
 }
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace quilmark {
+
 struct Json_Value {
     enum class Kind { Null, Number, String, Array, Object } kind = Kind::Null;
     double number = 0;
@@ -21,3 +23,5 @@ struct Json_Value {
 
 // Throws std::runtime_error on malformed input (trailing garbage included).
 Json_Value Parse_Json(const std::string& text);
+
+} // namespace quilmark

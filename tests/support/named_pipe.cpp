@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace quilmark {
+
 Named_Pipe::Named_Pipe(std::string path) : path_(std::move(path)) {
     if (mkfifo(path_.c_str(), 0600) != 0) {
         throw std::runtime_error("cannot make the pipe " + path_);
@@ -39,3 +41,5 @@ bool Named_Pipe::Reader_Was_Stuck() {
     std::lock_guard lock(mutex_);
     return reader_stuck_;
 }
+
+} // namespace quilmark

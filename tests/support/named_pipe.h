@@ -9,6 +9,8 @@
 #include <string>
 #include <thread>
 
+namespace quilmark {
+
 class Named_Pipe {
   public:
     explicit Named_Pipe(std::string path);
@@ -27,3 +29,5 @@ class Named_Pipe {
     bool reader_stuck_ = false;
     std::thread watchdog_;
 };
+
+} // namespace quilmark

@@ -13,12 +13,14 @@
 #include "link/net_bridge_loop.h"
 #include "support/fake_module.h"
 
+namespace quilmark {
+
 class Running_Bridge {
   public:
     explicit Running_Bridge(Fake_Module_Transport& module, Bridge_Limits_Rec limits = {}) {
         limits.poll_ms = 20;
         bool ready =
-            Bridge_Open(bridge, module) == Link_Result::ok && Open_Bridge_Listener(0, listener);
+            Bridge_Open(bridge, module) == Link_Result::Ok && Open_Bridge_Listener(0, listener);
         if (ready) {
             server = std::thread([this, limits] {
                 Run_Bridge(bridge, listener, stopping, limits, [this](Bridge_Outcome outcome) {
@@ -53,3 +55,5 @@ class Running_Bridge {
     std::mutex outcomes_lock;
     std::vector<Bridge_Outcome> outcomes;
 };
+
+} // namespace quilmark

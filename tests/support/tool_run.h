@@ -7,6 +7,8 @@
 
 #include "quilmark_tool/tool.h"
 
+namespace quilmark {
+
 struct Tool_Run {
     int status = 0;
     std::string out;
@@ -21,3 +23,5 @@ inline Tool_Run Run_Quilmark_Tool(const std::vector<std::string>& args) {
     run.err = err.str();
     return run;
 }
+
+} // namespace quilmark

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <unistd.h>
 
+namespace quilmark {
+
 Work_Dir::Work_Dir(const std::string& name) {
     path_ = std::filesystem::temp_directory_path() /
             ("quilmark-test-" + name + "-" + std::to_string(::getpid()));
@@ -18,6 +20,12 @@ Work_Dir::~Work_Dir() {
     std::error_code error;
     std::filesystem::current_path(previous_, error);
     std::filesystem::remove_all(path_, error);
+}
+
+std::string Temp_File(const std::string& name) {
+    return (std::filesystem::temp_directory_path() /
+            ("quilmark-" + std::to_string(::getpid()) + "-" + name))
+        .string();
 }
 
 std::string Sample_World_Folder() {
@@ -36,3 +44,5 @@ void Write_Text(const std::string& path, const std::string& text) {
     std::ofstream out(path, std::ios::binary);
     out << text;
 }
+
+} // namespace quilmark

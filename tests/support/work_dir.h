@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <string>
 
+namespace quilmark {
+
 class Work_Dir {
   public:
     explicit Work_Dir(const std::string& name);
@@ -19,8 +21,14 @@ class Work_Dir {
     std::filesystem::path previous_;
 };
 
+// A path for a file of this name in the temporary folder, this process's own: tests run in
+// processes side by side, and those of other checkouts too.
+std::string Temp_File(const std::string& name);
+
 // The generated sample world (build/sample-world/FS2002).
 std::string Sample_World_Folder();
 
 // Writes a text file, creating its folders.
 void Write_Text(const std::string& path, const std::string& text);
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 #include "support/tool_run.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 TEST(ToolArgs, MisuseIsAnsweredWithOneLineAndStatus2) {
     Work_Dir dir("tool-args");
     ASSERT_EQ(Run_Quilmark_Tool({"init", Sample_World_Folder()}).status, 0);
@@ -67,3 +69,5 @@ TEST(ToolArgs, HelpListsEveryCommandAndVersionIsOneLine) {
     EXPECT_TRUE(std::regex_match(version.out, std::regex("quilmark-tool [0-9]+(\\.[0-9]+)+\n")))
         << version.out;
 }
+
+} // namespace quilmark

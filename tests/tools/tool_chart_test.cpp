@@ -5,6 +5,8 @@
 #include "support/tool_run.h"
 #include "support/work_dir.h"
 
+namespace quilmark {
+
 namespace {
 
 std::vector<std::string> Lines(const std::string& text) {
@@ -54,3 +56,5 @@ TEST(ToolChart, OpsOfOneRedrawAtTheLevelAskedFor) {
     ASSERT_EQ(level9.status, 0);
     EXPECT_GE(Count_Starting(Lines(level9.out), "Arc "), 3u);
 }
+
+} // namespace quilmark

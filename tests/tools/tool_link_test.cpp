@@ -7,6 +7,8 @@
 #include "support/running_bridge.h"
 #include "support/tool_run.h"
 
+namespace quilmark {
+
 TEST(ToolLink, VerdictForEachSetUp) {
     using F = Fake_Module_Transport;
     struct Case {
@@ -67,3 +69,5 @@ TEST(ToolLink, VerdictForEachSetUp) {
         }
     }
 }
+
+} // namespace quilmark

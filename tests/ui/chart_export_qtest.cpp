@@ -7,8 +7,11 @@
 #include <string>
 
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart/chart_test_support.h"
 #include "chart/qt_export.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -18,15 +21,14 @@ Module1 Sample_Module() {
     Airport_Rec& a = m.current_airport;
     a.lat = 47.449;
     a.lon = -122.309;
-    Append(a.runways, a.runway_count,
-           Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081});
-    Append(a.ils, a.ils_count, ILS_Rec{"ISEA", 47.4310, -122.3081, 180, "110.30"});
+    Append(a.runways, a.runway_count) =
+        Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081};
+    Append(a.ils, a.ils_count) = ILS_Rec{"ISEA", 47.4310, -122.3081, 180, "110.30"};
     Set_Exact(a.taxi_points, a.taxi_point_count, {{0, 47.451, -122.305}, {0, 47.445, -122.305}});
     Set_Exact(a.taxi_paths, a.taxi_path_count, {{Path_Taxiway, 0, 1, "A"}});
     Set_Exact(a.parkings, a.parking_count, {{"GATE A 2", 47.451, -122.3025, 80}});
-    Append(m.airspaces, m.airspace_count,
-           Make_Airspace("Airspace Class B",
-                         {{Point_Fix, 47.449, -122.309}, {Point_Circle, 0, 0, 10}}));
+    Append(m.airspaces, m.airspace_count) = Make_Airspace(
+        "Airspace Class B", {{Point_Fix, 47.449, -122.309}, {Point_Circle, 0, 0, 10}});
     m.fsuipc_connected = true;
     m.aircraft_lat = 47.4720;
     m.aircraft_lon = -122.3079;
@@ -107,3 +109,5 @@ TEST(ChartExport, RefusesUnknownTypesAndEmptySizes) {
     EXPECT_NE(Export_Chart_Image(Sample_Path(0, "png"), 0, Height, nullptr), "");
     EXPECT_NE(Export_Chart_Image("/nonexistent-folder/chart.png", 10, 10, nullptr), "");
 }
+
+} // namespace quilmark

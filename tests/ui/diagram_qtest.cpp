@@ -14,6 +14,8 @@
 #include "chart/qt_export.h"
 #include "chart/qt_surface.h"
 
+namespace quilmark {
+
 namespace {
 
 const Stroke_Rec Taxiway{{90, 90, 90, 255}, 2.6, {}, true};
@@ -212,10 +214,9 @@ TEST(DiagramExport, DiagramAndTripKitFiles) {
     a.lat = 47.449;
     a.lon = -122.309;
     a.tower_freq = "119.9";
-    Append(a.runways, a.runway_count,
-           Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081, 433, 161, 341, 11901,
-                      150});
-    Append(a.ils, a.ils_count, ILS_Rec{"ISNQ", 47.4638, -122.3079, 161, "110.3"});
+    Append(a.runways, a.runway_count) =
+        Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081, 433, 161, 341, 11901, 150};
+    Append(a.ils, a.ils_count) = ILS_Rec{"ISNQ", 47.4638, -122.3079, 161, "110.3"};
     Set_Exact(a.parkings, a.parking_count, {{"GATE A 2", 47.451, -122.3025, 80}});
     const Diagram_Source_Rec source{a, {}, m.magvar_grid, {}};
     const Diagram_View_Rec view = Fit_Diagram_View(a, 640, 480, Diagram_Frame_Insets(640, 480));
@@ -242,3 +243,5 @@ TEST(DiagramExport, DiagramAndTripKitFiles) {
     EXPECT_EQ(Count_Pages(pdf), 4);
     EXPECT_NE(Export_Trip_Kit(Sample_File("no-airports.pdf"), {}, m.magvar_grid), "");
 }
+
+} // namespace quilmark

@@ -26,18 +26,20 @@
 #include <functional>
 
 #include "chart/chart_draw.h"
-#include "chart/qt_form4.h"
 #include "chart/recording_surface.h"
 #include "dialogs/qt_form5.h"
 #include "dialogs/qt_form6.h"
-#include "shell/config_file.h"
-#include "shell/module1.h"
+#include "scenery/config_file.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
+#include "shell/qt_form4.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 #include "support/fake_module.h"
 #include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -519,3 +521,5 @@ TEST(UnderWindowManager, LinkFailureMessageOpensAboveTheChart) {
     EXPECT_TRUE(over_the_chart);
     EXPECT_TRUE(seen);
 }
+
+} // namespace quilmark

@@ -8,6 +8,8 @@
 
 #include "chart/qt_surface.h"
 
+namespace quilmark {
+
 namespace {
 
 constexpr int Size = 120;
@@ -372,3 +374,5 @@ TEST(QtSurface, KeptSpritesStayBounded) {
     EXPECT_EQ(Painted_Box(image.copy(0, 40, 200, 20)).width(), 195)
         << "the long label is drawn as text, to the chart's edge";
 }
+
+} // namespace quilmark

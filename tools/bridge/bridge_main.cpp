@@ -18,9 +18,11 @@
 
 #include "win32_transport.h"
 
+namespace quilmark {
+
 namespace {
 
-constexpr DWORD close_grace_ms = 4000;
+constexpr DWORD Close_Grace_Ms = 4000;
 
 std::atomic<bool> stopping{false};
 HANDLE stopped_event = nullptr;
@@ -34,7 +36,7 @@ BOOL WINAPI On_Console_Event(DWORD event) {
     case CTRL_SHUTDOWN_EVENT:
         stopping = true;
         // The process ends when this returns after a close; give the loop time to clean up.
-        WaitForSingleObject(stopped_event, close_grace_ms);
+        WaitForSingleObject(stopped_event, Close_Grace_Ms);
         return TRUE;
     default:
         return FALSE;
@@ -43,13 +45,13 @@ BOOL WINAPI On_Console_Event(DWORD event) {
 
 const char* Outcome_Text(Bridge_Outcome outcome) {
     switch (outcome) {
-    case Bridge_Outcome::malformed:
+    case Bridge_Outcome::Malformed:
         return "dropped a malformed frame";
-    case Bridge_Outcome::too_slow:
+    case Bridge_Outcome::Too_Slow:
         return "dropped a client that did not send its request in time";
-    case Bridge_Outcome::client_gone:
+    case Bridge_Outcome::Client_Gone:
         return "dropped a request whose client had already gone";
-    case Bridge_Outcome::answer_lost:
+    case Bridge_Outcome::Answer_Lost:
         return "could not send an answer";
     default:
         return nullptr;
@@ -57,7 +59,7 @@ const char* Outcome_Text(Bridge_Outcome outcome) {
 }
 
 bool Parse_Port(int argc, char** argv, unsigned& port) {
-    port = bridge_default_port;
+    port = Bridge_Default_Port;
     if (argc == 1) {
         return true;
     }
@@ -75,7 +77,10 @@ bool Parse_Port(int argc, char** argv, unsigned& port) {
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     std::setvbuf(stdout, nullptr, _IONBF, 0);
     unsigned port = 0;
     if (!Parse_Port(argc, argv, port)) {
@@ -102,7 +107,7 @@ int main(int argc, char** argv) {
 
     Win32_Transport module_side;
     Bridge_Server_Rec bridge;
-    if (Link_Result code = Bridge_Open(bridge, module_side); code != Link_Result::ok) {
+    if (Link_Result code = Bridge_Open(bridge, module_side); code != Link_Result::Ok) {
         std::printf("quilmark-bridge: cannot set up the shared block (step %d, error %u)\n",
                     static_cast<int>(code), module_side.Last_Error());
         Close_Bridge_Listener(listener);

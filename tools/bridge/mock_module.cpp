@@ -7,8 +7,10 @@
 #include <cstdio>
 #include <cstring>
 
-#include "link/request_list.h"
 #include "mock_table.h"
+#include "link/request_list.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -31,7 +33,7 @@ LRESULT Answer_Message(WPARAM wparam) {
     LRESULT result = 0;
     if (block != nullptr) {
         Module_Tally_Rec tally;
-        result = Answer_Request_List(block, link_block_size, space, tally) ? 1 : 0;
+        result = Answer_Request_List(block, Link_Block_Size, space, tally) ? 1 : 0;
         ++lists_answered;
         std::printf("mock module: list %lu from %s: %u reads, %u writes\n", lists_answered, name,
                     tally.reads, tally.writes);
@@ -54,13 +56,16 @@ LRESULT CALLBACK Window_Proc(HWND window, UINT message, WPARAM wparam, LPARAM lp
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     std::setvbuf(stdout, nullptr, _IONBF, 0);
-    const char* class_name = link_main_class;
+    const char* class_name = Link_Main_Class;
     if (argc == 3 && std::strcmp(argv[1], "--class") == 0) {
         class_name = argv[2];
     }
-    for (const Mock_Value_Rec& v : mock_table) {
+    for (const Mock_Value_Rec& v : Mock_Table) {
         if (v.size == 2) {
             space.Set_U16(v.offset, static_cast<uint16_t>(v.value));
         } else {
@@ -72,7 +77,7 @@ int main(int argc, char** argv) {
     window_class.lpfnWndProc = Window_Proc;
     window_class.hInstance = GetModuleHandleA(nullptr);
     window_class.lpszClassName = class_name;
-    ipc_message = RegisterWindowMessageA(link_message_name);
+    ipc_message = RegisterWindowMessageA(Link_Message_Name);
     HWND window = nullptr;
     if (RegisterClassA(&window_class) != 0) {
         window = CreateWindowExA(0, class_name, "Quilmark mock module", WS_OVERLAPPEDWINDOW, 0, 0,

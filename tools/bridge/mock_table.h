@@ -6,22 +6,26 @@
 
 #include <cstdint>
 
+namespace quilmark {
+
 struct Mock_Value_Rec {
     uint32_t offset;
     uint32_t size;
     uint32_t value;
 };
 
-constexpr int32_t mock_lat_raw = 5719983;           // 51.4708396... degrees north
-constexpr int32_t mock_lon_raw = -5504630;          // 0.4613927... degrees west
-constexpr int32_t mock_heading_raw = 5 * (1 << 28); // 112.5 degrees
-constexpr uint16_t mock_altimeter_raw = 16200;      // 1012.5 millibars, in sixteenths
+constexpr int32_t Mock_Lat_Raw = 5719983;           // 51.4708396... degrees north
+constexpr int32_t Mock_Lon_Raw = -5504630;          // 0.4613927... degrees west
+constexpr int32_t Mock_Heading_Raw = 5 * (1 << 28); // 112.5 degrees
+constexpr uint16_t Mock_Altimeter_Raw = 16200;      // 1012.5 millibars, in sixteenths
 
-constexpr Mock_Value_Rec mock_table[] = {
+constexpr Mock_Value_Rec Mock_Table[] = {
     {0x3304, 4, 0x36200000}, // module version
     {0x3308, 4, 0xFADE0006}, // check pattern and FS2002
-    {0x0564, 4, static_cast<uint32_t>(mock_lat_raw)},
-    {0x056C, 4, static_cast<uint32_t>(mock_lon_raw)},
-    {0x0580, 4, static_cast<uint32_t>(mock_heading_raw)},
-    {0x0EC6, 2, mock_altimeter_raw},
+    {0x0564, 4, static_cast<uint32_t>(Mock_Lat_Raw)},
+    {0x056C, 4, static_cast<uint32_t>(Mock_Lon_Raw)},
+    {0x0580, 4, static_cast<uint32_t>(Mock_Heading_Raw)},
+    {0x0EC6, 2, Mock_Altimeter_Raw},
 };
+
+} // namespace quilmark

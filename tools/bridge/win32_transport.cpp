@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace quilmark {
+
 namespace {
 
 HWND As_Window(uint64_t window) {
@@ -79,3 +81,5 @@ bool Win32_Transport::Send_Message_Timeout(uint64_t window, uint32_t message, ui
 void Win32_Transport::Sleep_Ms(uint32_t ms) {
     Sleep(ms);
 }
+
+} // namespace quilmark

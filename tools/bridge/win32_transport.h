@@ -3,6 +3,8 @@
 
 #include "link/link_transport.h"
 
+namespace quilmark {
+
 class Win32_Transport : public Link_Transport {
   public:
     uint64_t Find_Window(const char* class_name) override;
@@ -24,3 +26,5 @@ class Win32_Transport : public Link_Transport {
     // GetLastError taken right after each call, so that nothing in between can change it.
     uint32_t last_error = 0;
 };
+
+} // namespace quilmark

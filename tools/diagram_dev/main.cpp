@@ -28,13 +28,15 @@
 #include "chart/qt_export.h"
 #include "chart/qt_surface.h"
 #include "chart/trip_kit.h"
+#include "scenery/config_file.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
 #include "support/fetched_airports.h"
 #include "support/work_dir.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -149,7 +151,10 @@ void Time_Redraws(const Diagram_Source_Rec& source, const Diagram_View_Rec& view
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc < 4) {
         std::cerr << "usage: quilmark-diagram-dev FS_PATH OUT_DIR [--size WxH] [--zoom F] "
                      "[--aircraft LAT,LON,HDG] ENTRY...\n";

@@ -12,6 +12,8 @@
 
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -41,31 +43,31 @@ struct Region {
 };
 
 // About the share of the simulator's airports in each part of the world.
-constexpr Region kRegions[] = {
+constexpr Region Regions[] = {
     {"NAmW", 30, 70, -168, -100, 5200}, {"NAmE", 25, 60, -100, -55, 7300},
     {"SAme", -55, 12, -82, -35, 2100},  {"EurW", 36, 70, -10, 15, 3000},
     {"EurE", 36, 70, 15, 45, 1900},     {"Afri", -35, 35, -17, 50, 1400},
     {"Asia", 0, 70, 45, 150, 2300},     {"Ocea", -47, 0, 110, 179, 900},
 };
-constexpr int kAirportsPerFile = 80;
-constexpr int kBoundariesPerFile = 100;
-constexpr int kBoundariesPerList = 20;
-constexpr int kBoundaryCount = 5000;
+constexpr int Airports_Per_File = 80;
+constexpr int Boundaries_Per_File = 100;
+constexpr int Boundaries_Per_List = 20;
+constexpr int Boundary_Count = 5000;
 // One in ten airports has a ground network; the first of them is the largest.
-constexpr double kGroundShare = 0.1;
-constexpr int kLargestPaths = 1500;
-constexpr int kLargestSpots = 300;
+constexpr double Ground_Share = 0.1;
+constexpr int Largest_Paths = 1500;
+constexpr int Largest_Spots = 300;
 
-const char* const kSyllables[] = {"al",  "ba",  "cor", "del", "en",  "fal", "gra", "hol",  "is",
-                                  "jun", "kel", "lin", "mor", "nor", "os",  "pal", "quin", "ros",
-                                  "san", "tor", "ul",  "ver", "wes", "yor", "zan"};
-const char* const kKinds[] = {"Intl", "Rgnl", "Muni", "County", "Field", "Airpark", "Fld", ""};
+const char* const Syllables[] = {"al",  "ba",  "cor", "del", "en",  "fal", "gra", "hol",  "is",
+                                 "jun", "kel", "lin", "mor", "nor", "os",  "pal", "quin", "ros",
+                                 "san", "tor", "ul",  "ver", "wes", "yor", "zan"};
+const char* const Kinds[] = {"Intl", "Rgnl", "Muni", "County", "Field", "Airpark", "Fld", ""};
 
 std::string Place_Name(Random& r) {
     std::string name;
     int syllables = r.Int(2, 4);
     for (int i = 0; i < syllables; ++i) {
-        name += kSyllables[r.Int(0, 24)];
+        name += Syllables[r.Int(0, 24)];
     }
     name[0] = static_cast<char>(name[0] - 'a' + 'A');
     return name;
@@ -77,7 +79,7 @@ std::string Airport_Name(Random& r) {
         name += ' ';
         name += Place_Name(r);
     }
-    const char* kind = kKinds[r.Int(0, 7)];
+    const char* kind = Kinds[r.Int(0, 7)];
     if (*kind != '\0') {
         name += std::string(" ") + kind;
     }
@@ -308,7 +310,7 @@ void Write_Scenery_Cfg(const fs::path& root) {
     };
     area("Default Terrain", "Scenery\\World", true);
     area("Default Scenery", "Scenery\\Global", true);
-    for (const Region& region : kRegions) {
+    for (const Region& region : Regions) {
         area("Airport and Facilities Data", std::string("Scenery\\") + region.folder, true);
     }
     area("Additional Facility Data", "Scenery\\ATC", true);
@@ -348,7 +350,7 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
         std::set<std::string> idents;
         std::vector<Airport_Plan> busiest; // centres of the larger airspaces
         bool largest_placed = false;
-        for (const Region& region : kRegions) {
+        for (const Region& region : Regions) {
             std::vector<Airport_Plan> plans(static_cast<size_t>(region.airports * factor));
             for (size_t i = 0; i < plans.size(); ++i) {
                 Airport_Plan& p = plans[i];
@@ -358,11 +360,11 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
                 p.lon = r.Range(region.west, region.east);
                 const double u = r.Unit();
                 p.runways = u < 0.55 ? 1 : u < 0.85 ? 2 : u < 0.95 ? 3 : 4;
-                if (r.Chance(kGroundShare)) {
+                if (r.Chance(Ground_Share)) {
                     if (!largest_placed) {
                         p.runways = 4;
-                        p.ground_paths = kLargestPaths;
-                        p.ground_spots = kLargestSpots;
+                        p.ground_paths = Largest_Paths;
+                        p.ground_spots = Largest_Spots;
                         largest_placed = true;
                     } else {
                         const double v = r.Unit();
@@ -380,9 +382,9 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
                 const int band_b = static_cast<int>(std::floor(b.lat / 5));
                 return band_a != band_b ? band_a < band_b : a.lon < b.lon;
             });
-            for (size_t first = 0; first < plans.size(); first += kAirportsPerFile) {
+            for (size_t first = 0; first < plans.size(); first += Airports_Per_File) {
                 Airport_Group group;
-                for (size_t i = first; i < std::min(plans.size(), first + kAirportsPerFile); ++i) {
+                for (size_t i = first; i < std::min(plans.size(), first + Airports_Per_File); ++i) {
                     Airport_Entry entry;
                     entry.ident = plans[i].ident;
                     entry.stream = Airport_Stream(r, plans[i], summary);
@@ -409,25 +411,25 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
         }
         const int centres = 400 * factor;
         for (int i = 0; i < centres; ++i) {
-            const Region& region = kRegions[i % std::size(kRegions)];
+            const Region& region = Regions[i % std::size(Regions)];
             boundaries.push_back(Boundary(r, r.Range(region.south, region.north),
                                           r.Range(region.west, region.east), r.Range(3, 8), 18000,
                                           60000, true));
         }
-        while (boundaries.size() < static_cast<size_t>(kBoundaryCount * factor)) {
-            const Region& region = kRegions[r.Int(0, std::size(kRegions) - 1)];
+        while (boundaries.size() < static_cast<size_t>(Boundary_Count * factor)) {
+            const Region& region = Regions[r.Int(0, std::size(Regions) - 1)];
             boundaries.push_back(Boundary(r, r.Range(region.south, region.north),
                                           r.Range(region.west, region.east), r.Range(0.05, 0.15), 0,
                                           2500, false));
         }
         summary.boundaries = static_cast<int64_t>(boundaries.size());
-        for (size_t first = 0; first < boundaries.size(); first += kBoundariesPerFile) {
+        for (size_t first = 0; first < boundaries.size(); first += Boundaries_Per_File) {
             std::vector<std::vector<Bytes>> lists;
-            const size_t end = std::min(boundaries.size(), first + kBoundariesPerFile);
-            for (size_t i = first; i < end; i += kBoundariesPerList) {
+            const size_t end = std::min(boundaries.size(), first + Boundaries_Per_File);
+            for (size_t i = first; i < end; i += Boundaries_Per_List) {
                 lists.emplace_back(boundaries.begin() + static_cast<long>(i),
                                    boundaries.begin() +
-                                       static_cast<long>(std::min(end, i + kBoundariesPerList)));
+                                       static_cast<long>(std::min(end, i + Boundaries_Per_List)));
             }
             Bgl_File_Layout layout;
             layout.boundary_section = Boundary_Section(lists);
@@ -446,3 +448,5 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
         return false;
     }
 }
+
+} // namespace quilmark

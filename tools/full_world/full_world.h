@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string>
 
+namespace quilmark {
+
 struct Full_World_Summary {
     int64_t airports = 0;
     int64_t runways = 0;
@@ -37,3 +39,5 @@ bool Write_Full_World(const std::string& out_folder, uint64_t seed, int factor,
 constexpr uint64_t Full_World_Seed = 20020101;
 // Each copy of the world beyond the first takes idents of letters of its own.
 constexpr int Full_World_Max_Factor = 5;
+
+} // namespace quilmark

@@ -8,6 +8,7 @@
 #include "full_world.h"
 
 int main(int argc, char** argv) {
+    using namespace quilmark;
     std::vector<std::string> words;
     int factor = 1;
     for (int i = 1; i < argc; ++i) {

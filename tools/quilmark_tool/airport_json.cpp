@@ -1,5 +1,7 @@
 #include "airport_json.h"
 
+namespace quilmark {
+
 namespace {
 
 // The filled entries 0 to count - 1 of a list (never more than it holds).
@@ -124,3 +126,5 @@ void Write_Airport_Json(Json_Out& json, const Airport_Rec& a) {
     });
     json.End_Object();
 }
+
+} // namespace quilmark

@@ -1,5 +1,7 @@
 #include "command_line.h"
 
+namespace quilmark {
+
 namespace {
 
 const Option_Syntax* Find_Option(const Command_Syntax& syntax, const std::string& name) {
@@ -67,3 +69,5 @@ std::string Parse_Command_Args(const Command_Syntax& syntax, const std::vector<s
     }
     return {};
 }
+
+} // namespace quilmark

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+namespace quilmark {
+
 struct Option_Syntax {
     const char* name;  // "--zoom"
     const char* value; // what follows it in the usage ("N"), or nullptr for a flag
@@ -33,3 +35,5 @@ std::string Parse_Command_Args(const Command_Syntax& syntax, const std::vector<s
 
 // "quilmark-tool NAME USAGE", for the help and the answers to misuse.
 std::string Usage_Line(const Command_Syntax& syntax);
+
+} // namespace quilmark

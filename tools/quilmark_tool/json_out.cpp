@@ -6,6 +6,8 @@
 
 #include "platform/text1252.h"
 
+namespace quilmark {
+
 void Json_Out::Before_Value() {
     if (after_key_) {
         after_key_ = false;
@@ -114,3 +116,5 @@ void Json_Out::Null() {
 void Json_Out::Line_Break() {
     text_ += '\n';
 }
+
+} // namespace quilmark

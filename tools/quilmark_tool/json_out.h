@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+namespace quilmark {
+
 class Json_Out {
   public:
     void Begin_Object();
@@ -31,3 +33,5 @@ class Json_Out {
     std::vector<bool> first_; // one per open container: nothing written in it yet
     bool after_key_ = false;
 };
+
+} // namespace quilmark

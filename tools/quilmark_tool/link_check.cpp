@@ -3,15 +3,18 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "bgl/bgl_image.h"
+#include <memory>
+
 #include "chart/aircraft_overlay.h"
 #include "link/fsuipc.h"
 #include "link/net_bridge_transport.h"
-#include "platform/rounding.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
-constexpr uint32_t error_timeout = 1460; // ERROR_TIMEOUT: the window took too long to answer
+constexpr uint32_t Error_Timeout = 1460; // ERROR_TIMEOUT: the window took too long to answer
 
 std::string Format(const char* pattern, auto... values) {
     char text[256];
@@ -39,13 +42,13 @@ class Diagnosis {
     // What a failure of the bridge itself looks like, or "" when the bridge answered.
     std::string Bridge_Trouble() {
         switch (transport.Last_Error()) {
-        case bridge_error_refused:
+        case Bridge_Error_Refused:
             return "nothing listens there.\n"
                    "  Start quilmark-bridge.exe in the simulator's Wine prefix "
                    "(quilmark-bridge32.exe in a 32-bit prefix): see docs/bridge.md.";
-        case bridge_error_timed_out:
+        case Bridge_Error_Timed_Out:
             return "something accepts connections there but gives no whole answer in time.";
-        case bridge_error_invalid_data:
+        case Bridge_Error_Invalid_Data:
             return "something answers there, but not as quilmark-bridge does.";
         default:
             return "";
@@ -54,20 +57,20 @@ class Diagnosis {
 
     bool Find_Bridge_And_Window() {
         out << Format("Bridge on 127.0.0.1:%u: ", port) << std::flush;
-        const char* found_class = link_main_class;
-        uint64_t window = transport.Find_Window(link_main_class);
+        const char* found_class = Link_Main_Class;
+        uint64_t window = transport.Find_Window(Link_Main_Class);
         if (std::string trouble = Bridge_Trouble(); !trouble.empty()) {
             out << trouble << "\n";
             return false;
         }
         out << "listening.\n";
         if (window == 0) {
-            found_class = link_fallback_class;
-            window = transport.Find_Window(link_fallback_class);
+            found_class = Link_Fallback_Class;
+            window = transport.Find_Window(Link_Fallback_Class);
         }
         if (window == 0) {
-            out << "FSUIPC window: none of class " << link_main_class << " or "
-                << link_fallback_class << ".\n"
+            out << "FSUIPC window: none of class " << Link_Main_Class << " or "
+                << Link_Fallback_Class << ".\n"
                 << "  The simulator isn't running, FSUIPC isn't loaded in it, or the bridge runs "
                    "in another Wine prefix than the simulator.\n";
             return false;
@@ -79,14 +82,14 @@ class Diagnosis {
     bool Open() {
         // A module that doesn't answer takes the chart's ten tries, about 20 s, to tell.
         out << "FSUIPC module: " << std::flush;
-        Link_Result result = Link_Result::ok;
+        Link_Result result = Link_Result::Ok;
         // Any simulator, so that the one the module reports can be named.
         if (!Link_Open(link, 0, result)) {
             out << Open_Trouble(result) << "\n";
             return false;
         }
         out << Format("version 0x%08X, simulator code %d", Module_Version(), link.link_sim_version);
-        if (link.link_sim_version != fsuipc_fs2002) {
+        if (link.link_sim_version != Fsuipc_Fs2002) {
             out << ": this is not FS2002.\n"
                 << "  The chart connects to FS2002 only (simulator code 6).\n";
             return false;
@@ -99,10 +102,10 @@ class Diagnosis {
 
     std::string Open_Trouble(Link_Result result) {
         switch (result) {
-        case Link_Result::no_window:
+        case Link_Result::No_Window:
             return "its window went away.";
-        case Link_Result::bad_version:
-        case Link_Result::bad_version_fallback:
+        case Link_Result::Bad_Version:
+        case Link_Result::Bad_Version_Fallback:
             return Format("answers with version 0x%08X and check word 0x%04X, but the chart "
                           "needs version 0x19980005 or later and the check word 0xFADE.",
                           Module_Version(), static_cast<uint32_t>(link.link_sim_version) >> 16);
@@ -119,54 +122,53 @@ class Diagnosis {
                           port, Code(result), error);
         }
         switch (result) {
-        case Link_Result::no_answer:
-        case Link_Result::send_failed:
+        case Link_Result::No_Answer:
+        case Link_Result::Send_Failed:
             return Format("its window doesn't answer (result %d, system error %u%s).\n"
                           "  The simulator is busy or hanging, or FSUIPC doesn't handle the "
                           "message.",
-                          Code(result), error, error == error_timeout ? ", time-out" : "");
-        case Link_Result::refused:
+                          Code(result), error, error == Error_Timeout ? ", time-out" : "");
+        case Link_Result::Refused:
             return Format("its window answered, but not as FSUIPC does (result %d).", Code(result));
         default:
             return Format("the link failed (result %d).", Code(result));
         }
     }
 
-    bool Read_One(const char* what, int32_t offset, int32_t size, void* into) {
-        Link_Result result = Link_Result::ok;
-        if (Link_Read(link, offset, size, into, result) && Link_Process(link, result)) {
-            return true;
-        }
-        out << Format("  %-10s reading offset 0x%04X: ", what, static_cast<unsigned>(offset))
-            << Exchange_Trouble(result) << "\n";
-        return false;
-    }
-
-    // The chart's four values, one exchange each, converted as the chart converts them.
+    // The chart's four values, one exchange each, read and converted by the chart's own code.
     bool Read_Aircraft() {
         out << "Aircraft, read as the chart reads it:\n";
-        int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
-        uint16_t altimeter_raw = 0;
-        if (!Read_One("latitude", 0x0564, 4, &lat_raw)) {
-            return false;
+        auto values = std::make_unique<Module1>();
+        for (size_t i = 0; i < Aircraft_Values.size(); ++i) {
+            const Aircraft_Value_Rec& value = Aircraft_Values[i];
+            int32_t raw = 0;
+            Link_Result result = Link_Result::Ok;
+            if (!Read_Aircraft_Value(link, i, *values, raw, result)) {
+                out << Format("  %-10s reading offset 0x%04X: ", value.name,
+                              static_cast<unsigned>(value.offset))
+                    << Exchange_Trouble(result) << "\n";
+                return false;
+            }
+            out << Format("  %-10s ", value.name);
+            switch (i) {
+            case 0:
+                out << Format("%.6f degrees (raw %d)\n", values->aircraft_lat, raw);
+                break;
+            case 1:
+                out << Format("%.6f degrees (raw %d)\n", values->aircraft_lon, raw);
+                break;
+            case 2:
+                out << Format("%d degrees (raw %d)\n", values->aircraft_heading, raw);
+                break;
+            default: {
+                const auto altimeter = static_cast<uint16_t>(raw);
+                out << "\"" << Altimeter_Text(Altimeter_Value(altimeter, 0))
+                    << "\" in millibars, \"" << Altimeter_Text(Altimeter_Value(altimeter, 1))
+                    << "\" in inches of mercury" << Format(" (raw %u)\n", altimeter);
+                break;
+            }
+            }
         }
-        out << Format("  latitude   %.6f degrees (raw %d)\n", Decode_Latitude(lat_raw), lat_raw);
-        if (!Read_One("longitude", 0x056C, 4, &lon_raw)) {
-            return false;
-        }
-        out << Format("  longitude  %.6f degrees (raw %d)\n", Decode_Longitude(lon_raw), lon_raw);
-        if (!Read_One("heading", 0x0580, 4, &heading_raw)) {
-            return false;
-        }
-        // A heading is a fraction of the whole circle in 32 bits, as a longitude is.
-        out << Format("  heading    %d degrees (raw %d)\n", To_I16(Decode_Longitude(heading_raw)),
-                      heading_raw);
-        if (!Read_One("altimeter", 0x0EC6, 2, &altimeter_raw)) {
-            return false;
-        }
-        out << "  altimeter  \"" << Altimeter_Text(Altimeter_Value(altimeter_raw, 0))
-            << "\" in millibars, \"" << Altimeter_Text(Altimeter_Value(altimeter_raw, 1))
-            << "\" in inches of mercury" << Format(" (raw %u)\n", altimeter_raw);
         return true;
     }
 
@@ -179,7 +181,7 @@ class Diagnosis {
 } // namespace
 
 int Command_Link(const Command_Args& args, std::ostream& out, std::ostream& err) {
-    long port = bridge_default_port;
+    long port = Bridge_Default_Port;
     for (const auto& [name, value] : args.options) {
         char* end = nullptr;
         port = std::strtol(value.c_str(), &end, 10);
@@ -191,8 +193,10 @@ int Command_Link(const Command_Args& args, std::ostream& out, std::ostream& err)
     bool shown = Diagnosis(static_cast<uint16_t>(port), out).Run();
     out << (shown ? "Verdict: the chart will show the aircraft.\n"
                   : "Verdict: the chart will not show the aircraft.\n");
-    if (port != bridge_default_port) {
-        out << Format("(The chart looks for the bridge on port %u only.)\n", bridge_default_port);
+    if (port != Bridge_Default_Port) {
+        out << Format("(The chart looks for the bridge on port %u only.)\n", Bridge_Default_Port);
     }
     return shown ? 0 : 1;
 }
+
+} // namespace quilmark

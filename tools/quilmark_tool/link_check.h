@@ -7,6 +7,10 @@
 
 #include "command_line.h"
 
+namespace quilmark {
+
 // args: [--port N], the bridge's port (20020 unless given). Exit status 0 only when the chart
 // would show the aircraft, 1 when it wouldn't, 2 for arguments it doesn't take.
 int Command_Link(const Command_Args& args, std::ostream& out, std::ostream& err);
+
+} // namespace quilmark

@@ -10,21 +10,24 @@
 
 #include "airport_json.h"
 #include "airspace/airport_fetch.h"
+#include "airspace/section_dispatch.h"
 #include "bgl/bgl_image.h"
-#include "bgl/sections.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_sequence.h"
 #include "chart/chart_view.h"
 #include "chart/recording_surface.h"
 #include "command_line.h"
 #include "link_check.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
+#include "scenery/config_file.h"
 #include "scenery/magdec.h"
 #include "scenery/scan_sequence.h"
-#include "shell/chooser_form.h"
-#include "shell/config_file.h"
-#include "shell/form3_data.h"
-#include "shell/module1.h"
+#include "state/chooser_form.h"
+#include "state/form3_data.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -91,7 +94,7 @@ int Command_Init(const Command_Args& args, std::ostream&, std::ostream& err) {
     if (folder.size() > 1 && folder.back() == '/') {
         folder.pop_back();
     }
-    if (Write_First_Config(*module, true, Utf8_To_Ansi(folder)) != Config_Status::ok) {
+    if (Write_First_Config(*module, true, Utf8_To_Ansi(folder)) != Config_Status::Ok) {
         err << "quilmark-tool: cannot write " << Config_File_Name << "\n";
         return 1;
     }
@@ -132,7 +135,7 @@ void Write_Progress(Json_Out& json, const Recording_Chooser_Form& ui) {
 // to every message. False (with a message) if there is no configuration file.
 bool Start_Like_The_Program(Module1& module, Form3_Data& form, Recording_Chooser_Form& ui,
                             std::ostream& err) {
-    if (Read_Config_File(module, Config_File_Name) != Config_Status::ok) {
+    if (Read_Config_File(module, Config_File_Name) != Config_Status::Ok) {
         err << "quilmark-tool: no readable " << Config_File_Name
             << " in the current directory (quilmark-tool init FS_PATH writes one)\n";
         return false;
@@ -551,3 +554,5 @@ int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostre
         << "\"; quilmark-tool --help lists the commands\n";
     return 2;
 }
+
+} // namespace quilmark

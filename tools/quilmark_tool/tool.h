@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace quilmark {
+
 class Surface;
 
 // Writes a chart image (PNG, SVG or PDF by the path's extension) of width by height pixels,
@@ -20,3 +22,5 @@ void Set_Chart_Image_Writer(Chart_Image_Writer writer);
 
 // Runs the tool with its arguments (without the program name). Returns the exit status.
 int Run_Tool(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+} // namespace quilmark

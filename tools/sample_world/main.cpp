@@ -3,6 +3,7 @@
 #include "world_writer.h"
 
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc != 3) {
         std::cerr << "usage: quilmark-sample-world DESCRIPTION OUT_FOLDER\n";
         return 2;

@@ -12,6 +12,8 @@
 #include "platform/text1252.h"
 #include "support/bgl_writer.h"
 
+namespace quilmark {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -67,7 +69,7 @@ std::pair<double, double> Pair(const std::string& text) {
 }
 
 int32_t Parking_Name_Code(const std::string& name) {
-    static const char* const kNames[] = {
+    static const char* const Names[] = {
         "Parking",    "N Parking", "NE Parking", "E Parking", "SE Parking", "S Parking",
         "SW Parking", "W Parking", "NW Parking", "Gate",      "Dock",       "Gate A",
         "Gate B",     "Gate C",    "Gate D",     "Gate E",    "Gate F",     "Gate G",
@@ -76,7 +78,7 @@ int32_t Parking_Name_Code(const std::string& name) {
         "Gate T",     "Gate U",    "Gate V",     "Gate W",    "Gate X",     "Gate Y",
         "Gate Z"};
     for (int32_t i = 0; i < 37; ++i) {
-        if (Equal_No_Case(name, kNames[i])) {
+        if (Equal_No_Case(name, Names[i])) {
             return i + 1;
         }
     }
@@ -483,3 +485,5 @@ bool Write_Sample_World(const std::string& description_path, const std::string& 
         return false;
     }
 }
+
+} // namespace quilmark

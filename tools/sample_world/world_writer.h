@@ -4,7 +4,11 @@
 
 #include <string>
 
+namespace quilmark {
+
 // Writes the world described in the file at description_path below out_folder. False with
 // a message in error if the description has a fault.
 bool Write_Sample_World(const std::string& description_path, const std::string& out_folder,
                         std::string& error);
+
+} // namespace quilmark

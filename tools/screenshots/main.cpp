@@ -13,14 +13,16 @@
 #include <filesystem>
 #include <iostream>
 
-#include "chart/qt_form4.h"
 #include "dialogs/qt_form6.h"
-#include "shell/module1.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
+#include "shell/qt_form4.h"
 #include "shell/qt_program.h"
+#include "state/module1.h"
 #include "support/fake_module.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -71,7 +73,10 @@ std::string Make_Home_With_Prefix(const std::filesystem::path& home) {
 
 } // namespace
 
+} // namespace quilmark
+
 int main(int argc, char** argv) {
+    using namespace quilmark;
     if (argc != 4) {
         std::cerr << "usage: quilmark-screenshots FS_FOLDER WORK_FOLDER OUT_FOLDER\n";
         return 2;
@@ -157,13 +162,13 @@ int main(int argc, char** argv) {
     chart->Center_Airport(-122.3105, 47.4570); // the north end: the ILS of 16L and 16R
     chart->Timer1_Timer(); // one poll of the simulator: the aircraft and the altimeter
     ok = Save(chart, (out / "chart.png").string()) && ok;
-    program.Show_Form6();
+    program.Show_Form(Form_Id::Form6);
     ok = Save(program.form6, (out / "about.png").string()) && ok;
-    program.Unload_Form6();
+    program.Unload_Form(Form_Id::Form6);
 
     // Another airport, with the simulator gone: the message opens above the new chart.
-    program.Unload_Form4();
-    program.Show_Form3();
+    program.Unload_Form(Form_Id::Form4);
+    program.Show_Form(Form_Id::Form3);
     Settle();
     program.form3->Read_Sceneries_Paths_Timer();
     program.form3->Combo1->setCurrentIndex(

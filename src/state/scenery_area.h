@@ -3,6 +3,8 @@
 
 #include <string>
 
+namespace quilmark {
+
 struct Scenery_Area {
     std::string Title;
     std::string Texture_ID;
@@ -13,3 +15,5 @@ struct Scenery_Area {
     std::string Local;
     bool operator==(const Scenery_Area&) const = default;
 };
+
+} // namespace quilmark

@@ -1,8 +1,10 @@
-#include "shell/chooser_form.h"
+#include "state/chooser_form.h"
 
 #include <algorithm>
 
 #include "platform/text1252.h"
+
+namespace quilmark {
 
 void Sort_List_Entries(std::vector<std::string>& entries) {
     std::stable_sort(
@@ -25,3 +27,5 @@ std::vector<std::string> Recording_Chooser_Form::Distinct_Status_Texts() const {
     }
     return out;
 }
+
+} // namespace quilmark

@@ -1,4 +1,4 @@
-// The members of the airport chooser that the scan, the decoders and the fetch share.
+// The members of the airport chooser that the scan and the fetch share.
 #pragma once
 
 #include <cstdint>
@@ -6,10 +6,12 @@
 
 #include <vector>
 
-#include "airspace/airspace_model.h"
 #include "bgl/bgl_image.h"
 #include "platform/drives.h"
 #include "platform/native_paths.h"
+#include "state/airspace_model.h"
+
+namespace quilmark {
 
 struct Form3_Data {
     Bgl_Image bgl_image;
@@ -29,3 +31,5 @@ struct Form3_Data {
     // The drives through which the program's paths reach the file system; set by the scan.
     Drive_List drives;
 };
+
+} // namespace quilmark

@@ -5,12 +5,14 @@
 #include <cstdint>
 #include <string>
 
-#include "airspace/airspace_model.h"
-#include "bgl/airport_model.h"
+#include "geo/magnetic_variation.h"
 #include "platform/dyn_array.h"
-#include "scenery/magvar_grid.h"
-#include "scenery/scenery_area.h"
-#include "shell/config_rec.h"
+#include "state/airport_model.h"
+#include "state/airspace_model.h"
+#include "state/config_rec.h"
+#include "state/scenery_area.h"
+
+namespace quilmark {
 
 struct Module1 {
     // Configuration file and its working copies.
@@ -49,3 +51,5 @@ struct Module1 {
     int16_t aircraft_heading = 0; // true, whole degrees; negative past 180
     double altimeter_value = 0;
 };
+
+} // namespace quilmark

@@ -5,16 +5,24 @@
 
 #include <cstdint>
 
-#include "bgl/airport_model.h"
-#include "scenery/magvar_grid.h"
+#include "geo/magnetic_variation.h"
 
-constexpr double pi = 3.14159265358979;
-constexpr double two_pi = 6.28318530717958;
-constexpr double degrees_to_radians = pi / 180;
-constexpr double radians_to_degrees = 180 / pi;
-constexpr double nautical_miles_to_radians = pi / 10800;
-constexpr double radians_to_nautical_miles = 10800 / pi;
-constexpr double metres_per_nautical_mile = 1852;
+namespace quilmark {
+
+constexpr double Pi = 3.14159265358979;
+constexpr double Two_Pi = 6.28318530717958;
+constexpr double Degrees_To_Radians = Pi / 180;
+constexpr double Radians_To_Degrees = 180 / Pi;
+constexpr double Nautical_Miles_To_Radians = Pi / 10800;
+constexpr double Radians_To_Nautical_Miles = 10800 / Pi;
+constexpr double Metres_Per_Nautical_Mile = 1852;
+
+// A position, degrees, north and east positive.
+struct Geo_Point_Rec {
+    double lat = 0;
+    double lon = 0;
+    bool operator==(const Geo_Point_Rec&) const = default;
+};
 
 // Arc sine and arc cosine that give 0 for an argument outside -1..1.
 double Asin(double x);
@@ -36,3 +44,5 @@ int16_t Distance_Feet(double lat1, double lon1, double lat2, double lon2);
 // variation taken at the first point.
 int16_t Great_Circle_Bearing(const Magvar_Grid& grid, double lat1, double lon1, double lat2,
                              double lon2);
+
+} // namespace quilmark

@@ -6,27 +6,28 @@
 #include <QImage>
 #include <QMainWindow>
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 #include "chart/chart_view.h"
 #include "chart/qt_surface.h"
 #include "link/fsuipc.h"
+#include "state/form_flow.h"
 
 class QLabel;
 class QPushButton;
-class Link_Transport;
-class Quilmark_Program;
 
+namespace quilmark {
+
+class Link_Transport;
 struct Module1;
 
-// The chart window's redraw: Redraw_Chart into its back buffer, made anew only when the
-// view's pixel size changes, with the sprites the window keeps between redraws.
-void Redraw_Back_Buffer(QImage& back_buffer, Qt_Sprite_Cache& sprites, const Chart_View& view,
-                        Module1& module);
+// Makes the way to the simulator's FSUIPC module, each time the chart opens.
+using Link_Transport_Maker = std::function<std::unique_ptr<Link_Transport>()>;
 
 class Form4 : public QMainWindow {
   public:
-    explicit Form4(Quilmark_Program& program);
+    Form4(Form_Flow& flow, Module1& module, Link_Transport_Maker make_link_transport);
     ~Form4() override;
 
     void Form_Load();
@@ -60,9 +61,12 @@ class Form4 : public QMainWindow {
   private:
     void Take_Pixel_Size();
     void Zoom(bool in);
-    bool Read_Aircraft();
-    Quilmark_Program& program_;
+    Form_Flow& flow_;
+    Module1& module_;
+    Link_Transport_Maker make_link_transport_;
     std::unique_ptr<Link_Transport> transport_;
     Fsuipc_Rec link_;
     bool loaded_ = false;
 };
+
+} // namespace quilmark

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+namespace quilmark {
+
 struct Config_Rec {
     std::string title;       // "Quilmark v1.1"
     uint8_t format_mark = 0; // always written as 1
@@ -12,3 +14,5 @@ struct Config_Rec {
     int32_t airport_count = 0;
     bool operator==(const Config_Rec&) const = default;
 };
+
+} // namespace quilmark

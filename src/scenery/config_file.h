@@ -15,8 +15,10 @@
 #include <string>
 #include <string_view>
 
-#include "shell/config_rec.h"
-#include "shell/module1.h"
+#include "state/config_rec.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 // The file's name. A bare name: every access finds it in the process's current directory
 // as it is at that moment.
@@ -24,11 +26,11 @@ inline constexpr char Config_File_Name[] = "quilmark_config.cfg";
 inline constexpr char Config_Title[] = "Quilmark v1.1";
 
 enum class Config_Status {
-    ok,
-    missing,       // the file is not there (for the update: nothing was stored)
-    unreadable,    // it is there but could not be read
-    unwritable,    // the new contents could not be written; the old file is unchanged
-    text_too_long, // a text of more than 65535 bytes cannot be stored; nothing was written
+    Ok,
+    Missing,       // the file is not there (for the update: nothing was stored)
+    Unreadable,    // it is there but could not be read
+    Unwritable,    // the new contents could not be written; the old file is unchanged
+    Text_Too_Long, // a text of more than 65535 bytes cannot be stored; nothing was written
 };
 
 // The file's bytes for a record. Texts longer than 65535 bytes are not representable;
@@ -53,3 +55,5 @@ Config_Status Write_First_Config(Module1& m, bool fs2002_chosen, const std::stri
 // from the start, given Module1's airport_count, and written back over the start of the
 // file; bytes behind the record stay as they were. A missing file is skipped (missing).
 Config_Status Update_Config_Airport_Count(Module1& m, const std::string& name = Config_File_Name);
+
+} // namespace quilmark

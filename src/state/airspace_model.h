@@ -7,6 +7,8 @@
 
 #include "platform/dyn_array.h"
 
+namespace quilmark {
+
 // Boundary_Point_Rec::kind
 constexpr uint8_t Point_Start = 0;   // begins a figure
 constexpr uint8_t Point_Fix = 1;     // centre for the arcs and circles that follow
@@ -45,3 +47,5 @@ struct Airspace_Rec {
     uint8_t boundary_type = 0;
     bool operator==(const Airspace_Rec&) const = default;
 };
+
+} // namespace quilmark

@@ -1,4 +1,6 @@
-#include "bgl/airport_model.h"
+#include "state/airport_model.h"
+
+namespace quilmark {
 
 std::string Airport_List_Text(const Airport_Rec& airport) {
     std::string text;
@@ -9,3 +11,5 @@ std::string Airport_List_Text(const Airport_Rec& airport) {
     text += ')';
     return text;
 }
+
+} // namespace quilmark

@@ -7,11 +7,7 @@
 
 #include "platform/dyn_array.h"
 
-struct Geo_Point_Rec {
-    double lat = 0;
-    double lon = 0;
-    bool operator==(const Geo_Point_Rec&) const = default;
-};
+namespace quilmark {
 
 struct Runway_Rec {
     std::string end1_name; // designator of the primary end: "9L", "27"
@@ -94,3 +90,5 @@ struct Airport_Rec {
 
 // The text of an airport in the chooser's list: "KSEA (SEATTLE-TACOMA INTL)".
 std::string Airport_List_Text(const Airport_Rec& airport);
+
+} // namespace quilmark

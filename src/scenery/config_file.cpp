@@ -1,9 +1,11 @@
-#include "shell/config_file.h"
+#include "scenery/config_file.h"
 
 #include <filesystem>
 #include <optional>
 
 #include "platform/native_paths.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -54,11 +56,11 @@ struct Field_Reader {
 std::optional<std::string> Read_Config_Bytes(const std::string& name, Config_Status& status) {
     std::error_code ec;
     if (!std::filesystem::exists(name, ec)) {
-        status = Config_Status::missing;
+        status = Config_Status::Missing;
         return std::nullopt;
     }
     std::optional<std::string> bytes = Read_Whole_File(name, Max_Config_File_Size);
-    status = bytes ? Config_Status::ok : Config_Status::unreadable;
+    status = bytes ? Config_Status::Ok : Config_Status::Unreadable;
     return bytes;
 }
 
@@ -103,7 +105,7 @@ Config_Rec Decode_Config(std::string_view bytes) {
 }
 
 Config_Status Read_Config_File(Module1& m, const std::string& name) {
-    Config_Status status = Config_Status::ok;
+    Config_Status status = Config_Status::Ok;
     std::optional<std::string> bytes = Read_Config_Bytes(name, status);
     if (!bytes) {
         return status;
@@ -112,7 +114,7 @@ Config_Status Read_Config_File(Module1& m, const std::string& name) {
     m.fs_version = m.config.fs_version;
     m.fs_path = m.config.fs_path;
     m.airport_count = m.config.airport_count;
-    return Config_Status::ok;
+    return Config_Status::Ok;
 }
 
 Config_Status Write_First_Config(Module1& m, bool fs2002_chosen, const std::string& fs_path,
@@ -127,19 +129,19 @@ Config_Status Write_First_Config(Module1& m, bool fs2002_chosen, const std::stri
     // A new configuration file has no database build behind it yet.
     config.airport_count = 0;
     if (!Config_Fits(config)) {
-        return Config_Status::text_too_long;
+        return Config_Status::Text_Too_Long;
     }
     m.config = config;
     m.fs_version = config.fs_version;
     m.fs_path = fs_path;
     if (!Write_File_Replacing(name, Encode_Config(config))) {
-        return Config_Status::unwritable;
+        return Config_Status::Unwritable;
     }
-    return Config_Status::ok;
+    return Config_Status::Ok;
 }
 
 Config_Status Update_Config_Airport_Count(Module1& m, const std::string& name) {
-    Config_Status status = Config_Status::ok;
+    Config_Status status = Config_Status::Ok;
     std::optional<std::string> old_bytes = Read_Config_Bytes(name, status);
     if (!old_bytes) {
         return status;
@@ -153,7 +155,9 @@ Config_Status Update_Config_Airport_Count(Module1& m, const std::string& name) {
         bytes.append(*old_bytes, bytes.size());
     }
     if (!Write_File_Replacing(name, bytes)) {
-        return Config_Status::unwritable;
+        return Config_Status::Unwritable;
     }
-    return Config_Status::ok;
+    return Config_Status::Ok;
 }
+
+} // namespace quilmark

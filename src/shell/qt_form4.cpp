@@ -1,4 +1,4 @@
-#include "chart/qt_form4.h"
+#include "shell/qt_form4.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -6,16 +6,16 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
-#include <cmath>
 #include <stdexcept>
 
 #include "chart/aircraft_overlay.h"
-#include "chart/chart_draw.h"
-#include "chart/qt_surface.h"
+#include "chart/chart_sequence.h"
+#include "chart/qt_back_buffer.h"
 #include "link/link_transport.h"
-#include "platform/rounding.h"
-#include "shell/module1.h"
-#include "shell/qt_program.h"
+#include "shell/qt_widgets.h"
+#include "state/module1.h"
+
+namespace quilmark {
 
 namespace {
 
@@ -53,7 +53,8 @@ class Chart_Area : public QWidget {
 
 } // namespace
 
-Form4::Form4(Quilmark_Program& program) : program_(program) {
+Form4::Form4(Form_Flow& flow, Module1& module, Link_Transport_Maker make_link_transport)
+    : flow_(flow), module_(module), make_link_transport_(std::move(make_link_transport)) {
     setWindowTitle("Current Airport's Chart");
     setWindowFlags(Qt::Window | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint |
                    Qt::WindowTitleHint | Qt::WindowStaysOnTopHint);
@@ -67,11 +68,11 @@ Form4::Form4(Quilmark_Program& program) : program_(program) {
     QMenu* abot2 = menuBar()->addMenu("About");
     QAction* quilmark_abot2 = abot2->addAction("Quilmark v1.1");
     connect(airpt_place, &QAction::triggered, this, [this] {
-        program_.Unload_Form4();
-        program_.Show_Form3();
+        flow_.Unload_Form(Form_Id::Form4);
+        flow_.Show_Form(Form_Id::Form3);
     });
-    connect(pref1, &QAction::triggered, this, [this] { program_.Show_Form5(); });
-    connect(quilmark_abot2, &QAction::triggered, this, [this] { program_.Show_Form6(); });
+    connect(pref1, &QAction::triggered, this, [this] { flow_.Show_Form(Form_Id::Form5); });
+    connect(quilmark_abot2, &QAction::triggered, this, [this] { flow_.Show_Form(Form_Id::Form6); });
 
     Label1 = new QLabel("Altimeter: 0", chart_area);
     Label1->setGeometry(Twips(120), Twips(120), Twips(1455), Twips(255));
@@ -109,39 +110,25 @@ void Form4::Take_Pixel_Size() {
     view.chart_px_height = outer.height();
 }
 
-void Redraw_Back_Buffer(QImage& back_buffer, Qt_Sprite_Cache& sprites, const Chart_View& view,
-                        Module1& module) {
-    const int width = std::max(1, view.chart_px_width);
-    const int height = std::max(1, view.chart_px_height);
-    // The back buffer is drawn over in place while its size holds: Cls paints all of it.
-    if (back_buffer.size() != QSize(width, height)) {
-        back_buffer = QImage(width, height, QImage::Format_RGB32);
-    }
-    QPainter painter(&back_buffer);
-    Qt_Surface surface(painter, width, height, &sprites);
-    Redraw_Chart(surface, view, module);
-}
-
 void Form4::Redraw() {
-    Redraw_Back_Buffer(back_buffer, sprites, view, program_.module());
+    Redraw_Back_Buffer(back_buffer, sprites, view, module_);
     chart_area->repaint();
 }
 
 void Form4::Form_Load() {
-    Module1& m = program_.module();
+    Module1& m = module_;
     try {
         m.fsuipc_connected = false;
         move(0, 0); // top left, above all other windows, size kept
         raise();
-        transport_ = program_.services().make_link_transport
-                         ? program_.services().make_link_transport()
-                         : nullptr;
+        transport_ = make_link_transport_ ? make_link_transport_() : nullptr;
         Link_Reset(link_);
         link_.transport = transport_.get();
-        Link_Result result = Link_Result::ok;
-        m.fsuipc_connected = transport_ != nullptr && Link_Open(link_, fsuipc_fs2002, result);
+        Link_Result result = Link_Result::Ok;
+        m.fsuipc_connected = transport_ != nullptr && Link_Open(link_, Fsuipc_Fs2002, result);
         if (!m.fsuipc_connected) {
-            program_.Message(this, Link_Open_Failed_Text, Message_Title, Message_Icon::Exclamation);
+            flow_.Message(Form_Id::Form4, Link_Open_Failed_Text, Message_Title,
+                          Message_Icon::Exclamation);
             Link_Close(link_);
             m.fsuipc_connected = false;
         }
@@ -151,20 +138,20 @@ void Form4::Form_Load() {
         loaded_ = true;
         Timer1.start();
     } catch (const std::exception&) {
-        program_.Message(this, Load_Failed_Text, Message_Title, Message_Icon::Critical);
-        program_.End_Program();
+        flow_.Message(Form_Id::Form4, Load_Failed_Text, Message_Title, Message_Icon::Critical);
+        flow_.End_Program();
     }
 }
 
 void Form4::Form_Unload() {
     Timer1.stop();
     Link_Close(link_);
-    program_.module().fsuipc_connected = false;
+    module_.fsuipc_connected = false;
 }
 
 void Form4::closeEvent(QCloseEvent* event) {
     event->ignore();
-    program_.Form_Closed(this);
+    flow_.Unload_Form(Form_Id::Form4);
 }
 
 void Form4::Form_Resize() {
@@ -192,7 +179,7 @@ void Form4::changeEvent(QEvent* event) {
 
 void Form4::Center_Airport(double airpt_loc_x, double airpt_loc_y) {
     Timer1.stop();
-    ::Center_Airport(view, airpt_loc_x, airpt_loc_y, [this] { Redraw(); });
+    quilmark::Center_Airport(view, airpt_loc_x, airpt_loc_y, [this] { Redraw(); });
     Timer1.start();
 }
 
@@ -200,15 +187,8 @@ void Form4::Form_MouseDown(Qt::MouseButton button, int x, int y) {
     if (button != Qt::LeftButton) {
         return;
     }
-    // The client area is scaled to the view for the mouse; the point arrives as single
-    // precision, as the form's scale gives it.
-    const double w = std::max(1, chart_area->width());
-    const double h = std::max(1, chart_area->height());
-    const float lon =
-        static_cast<float>(view.view_left + x * (view.view_right - view.view_left) / w);
-    const float lat =
-        static_cast<float>(view.view_top - y * (view.view_top - view.view_bottom) / h);
-    Center_Airport(lon, lat);
+    const Geo_Point_Rec point = Pixel_To_Geo(view, x, y, chart_area->width(), chart_area->height());
+    Center_Airport(point.lon, point.lat);
 }
 
 void Form4::Zoom(bool in) {
@@ -230,43 +210,17 @@ void Form4::Command4_Click() {
 }
 
 void Form4::Command3_Click() {
-    const Airport_Rec& airport = program_.module().current_airport;
+    const Airport_Rec& airport = module_.current_airport;
     Center_Airport(airport.lon, airport.lat);
 }
 
-// The four values of the chart, each in an exchange of its own with the simulator.
-bool Form4::Read_Aircraft() {
-    Module1& m = program_.module();
-    Link_Result result = Link_Result::ok;
-    int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
-    uint16_t altimeter_raw = 0;
-    const auto read = [&](int32_t offset, int32_t size, void* into) {
-        return Link_Read(link_, offset, size, into, result) && Link_Process(link_, result);
-    };
-    if (!read(0x0564, 4, &lat_raw)) {
-        return false;
-    }
-    m.aircraft_lat = lat_raw * 90.0 / 10001750.0;
-    if (!read(0x056C, 4, &lon_raw)) {
-        return false;
-    }
-    m.aircraft_lon = lon_raw * 360.0 / 4294967296.0;
-    if (!read(0x0580, 4, &heading_raw)) {
-        return false;
-    }
-    m.aircraft_heading = To_I16(heading_raw * 360.0 / 4294967296.0);
-    if (!read(0x0EC6, 2, &altimeter_raw)) {
-        return false;
-    }
-    m.altimeter_value = Altimeter_Value(altimeter_raw, m.altimeter_units);
-    return true;
-}
-
 void Form4::Timer1_Timer() {
-    Module1& m = program_.module();
+    Module1& m = module_;
     if (m.fsuipc_connected) {
-        if (!Read_Aircraft()) {
-            program_.Message(this, Link_Read_Failed_Text, Message_Title, Message_Icon::Exclamation);
+        Link_Result result = Link_Result::Ok;
+        if (!Read_Aircraft(link_, m, result)) {
+            flow_.Message(Form_Id::Form4, Link_Read_Failed_Text, Message_Title,
+                          Message_Icon::Exclamation);
             Link_Close(link_);
             m.fsuipc_connected = false;
             return;
@@ -275,9 +229,8 @@ void Form4::Timer1_Timer() {
         Fit_Width(Label1);
         Label1->repaint();
     }
-    if (m.follow_aircraft && m.fsuipc_connected) {
-        Center_Airport(m.aircraft_lon, m.aircraft_lat);
-    } else {
-        Redraw();
-    }
+    Chart_Tick_Redraw(
+        m, [this] { Redraw(); }, [this](double x, double y) { Center_Airport(x, y); });
 }
+
+} // namespace quilmark

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace quilmark {
+
 enum class Message_Icon { Information, Exclamation, Critical };
 
 constexpr const char* Message_Title = "Quilmark Message";
@@ -89,3 +91,5 @@ class Recording_Chooser_Form : public Chooser_Form {
     // The status texts with a text shown again right after itself listed once.
     std::vector<std::string> Distinct_Status_Texts() const;
 };
+
+} // namespace quilmark

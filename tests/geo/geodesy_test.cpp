@@ -3,8 +3,9 @@
 #include <cmath>
 #include <memory>
 
-#include "bgl/geodesy.h"
-#include "scenery/magdec.h"
+#include "geo/geodesy.h"
+
+namespace quilmark {
 
 TEST(Geodesy, ArcFunctionsGiveZeroOutsideTheirDomain) {
     const double above = std::nextafter(1.0, 2.0);
@@ -14,19 +15,11 @@ TEST(Geodesy, ArcFunctionsGiveZeroOutsideTheirDomain) {
     EXPECT_EQ(Acos(above), 0);
     EXPECT_EQ(Acos(below), 0);
     EXPECT_EQ(Acos(1), 0);
-    EXPECT_EQ(Acos(-1), pi);
+    EXPECT_EQ(Acos(-1), Pi);
     EXPECT_NEAR(Asin(0.5), std::asin(0.5), 1e-15);
     EXPECT_NEAR(Acos(-0.5), std::acos(-0.5), 1e-14);
     EXPECT_EQ(Fmod(-1, 360), 359);
     EXPECT_EQ(Fmod(725, 360), 5);
-}
-
-TEST(Geodesy, NormalizeFoldsOnceAtMost) {
-    const std::pair<int16_t, int16_t> cases[] = {{360, 360}, {361, 1},   {-1, 359}, {-361, -1},
-                                                 {0, 0},     {721, 361}, {720, 360}};
-    for (auto [in, out] : cases) {
-        EXPECT_EQ(Normalize_Degrees(in), out) << in;
-    }
 }
 
 TEST(Geodesy, BearingsRoundTheirFractionUpwards) {
@@ -61,3 +54,5 @@ TEST(Geodesy, DestinationsAndDistances) {
     EXPECT_EQ(Distance_Feet(0, 0, 0, 1.0 / 60), 6080); // feet of the chart's nautical mile
     EXPECT_EQ(Distance_Feet(0, 0, 0, 1), 32767);       // capped
 }
+
+} // namespace quilmark

@@ -1,9 +1,11 @@
-#include "bgl/geodesy.h"
+#include "geo/geodesy.h"
 
 #include <cmath>
 
+#include "geo/magnetic_variation.h"
 #include "platform/rounding.h"
-#include "scenery/magdec.h"
+
+namespace quilmark {
 
 double Asin(double x) {
     if (x < -1 || x > 1) {
@@ -19,7 +21,7 @@ double Acos(double x) {
     if (x >= 0) {
         return 2 * std::atan(std::sqrt((1 - x) / (1 + x)));
     }
-    return pi - 2 * std::atan(std::sqrt((1 + x) / (1 - x)));
+    return Pi - 2 * std::atan(std::sqrt((1 + x) / (1 - x)));
 }
 
 double Fmod(double a, double b) {
@@ -35,10 +37,10 @@ namespace {
 // The routine works with longitudes positive to the west.
 Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distance_nm,
                           int decimals) {
-    double phi1 = lat * degrees_to_radians;
-    double lambda1 = -lon * degrees_to_radians;
-    double tc = course * degrees_to_radians;
-    double delta = distance_nm * nautical_miles_to_radians;
+    double phi1 = lat * Degrees_To_Radians;
+    double lambda1 = -lon * Degrees_To_Radians;
+    double tc = course * Degrees_To_Radians;
+    double delta = distance_nm * Nautical_Miles_To_Radians;
     double phi2 =
         Asin(std::sin(delta) * std::cos(phi1) * std::cos(tc) + std::cos(delta) * std::sin(phi1));
     double lambda2;
@@ -46,18 +48,18 @@ Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distanc
         lambda2 = lambda1;
     } else {
         lambda2 =
-            Fmod(lambda1 - Asin(std::sin(tc) * std::sin(delta) / std::cos(phi2)) + pi, two_pi) - pi;
+            Fmod(lambda1 - Asin(std::sin(tc) * std::sin(delta) / std::cos(phi2)) + Pi, Two_Pi) - Pi;
     }
     Geo_Point_Rec result;
-    result.lat = Round_Decimals(phi2 * radians_to_degrees, decimals);
-    result.lon = Round_Decimals(-lambda2 * radians_to_degrees, decimals);
+    result.lat = Round_Decimals(phi2 * Radians_To_Degrees, decimals);
+    result.lon = Round_Decimals(-lambda2 * Radians_To_Degrees, decimals);
     return result;
 }
 
 } // namespace
 
 Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double distance_metres) {
-    return Destination(lat, lon, course, std::fabs(distance_metres) / metres_per_nautical_mile, 6);
+    return Destination(lat, lon, course, std::fabs(distance_metres) / Metres_Per_Nautical_Mile, 6);
 }
 
 Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course,
@@ -72,10 +74,10 @@ Geo_Point_Rec Destination_Feet(double lat, double lon, int16_t course, int16_t d
 }
 
 double Central_Angle(double lat1, double lon1, double lat2, double lon2) {
-    double la1 = lat1 * degrees_to_radians;
-    double lo1 = lon1 * degrees_to_radians;
-    double la2 = lat2 * degrees_to_radians;
-    double lo2 = lon2 * degrees_to_radians;
+    double la1 = lat1 * Degrees_To_Radians;
+    double lo1 = lon1 * Degrees_To_Radians;
+    double la2 = lat2 * Degrees_To_Radians;
+    double lo2 = lon2 * Degrees_To_Radians;
     if (std::trunc(la1 - la2) == 0 && std::trunc(lo2 - lo1) == 0) {
         // Haversine: accurate for short distances.
         double s_lat = std::sin((la1 - la2) / 2);
@@ -88,12 +90,12 @@ double Central_Angle(double lat1, double lon1, double lat2, double lon2) {
 }
 
 int16_t Great_Circle_Distance(double lat1, double lon1, double lat2, double lon2) {
-    return To_I16(Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles);
+    return To_I16(Central_Angle(lat1, lon1, lat2, lon2) * Radians_To_Nautical_Miles);
 }
 
 int16_t Distance_Feet(double lat1, double lon1, double lat2, double lon2) {
     double nm =
-        Round_Decimals(Central_Angle(lat1, lon1, lat2, lon2) * radians_to_nautical_miles, 5);
+        Round_Decimals(Central_Angle(lat1, lon1, lat2, lon2) * Radians_To_Nautical_Miles, 5);
     // 6080 feet to the nautical mile, the chart's round figure.
     double feet = Round_Decimals(nm * 6080, 5);
     if (feet > 32767) {
@@ -105,17 +107,19 @@ int16_t Distance_Feet(double lat1, double lon1, double lat2, double lon2) {
 int16_t Great_Circle_Bearing(const Magvar_Grid& grid, double lat1, double lon1, double lat2,
                              double lon2) {
     double d = Central_Angle(lat1, lon1, lat2, lon2);
-    double la1 = lat1 * degrees_to_radians;
-    double la2 = lat2 * degrees_to_radians;
-    double dlon = lon2 * degrees_to_radians - lon1 * degrees_to_radians;
+    double la1 = lat1 * Degrees_To_Radians;
+    double la2 = lat2 * Degrees_To_Radians;
+    double dlon = lon2 * Degrees_To_Radians - lon1 * Degrees_To_Radians;
     double crs = 0;
     if (d != 0) {
         double c =
             Acos((std::sin(la2) - std::cos(d) * std::sin(la1)) / (std::cos(la1) * std::sin(d)));
-        crs = std::sin(dlon) < 0 ? c : two_pi - c;
+        crs = std::sin(dlon) < 0 ? c : Two_Pi - c;
     }
     // crs runs counter-clockwise; the clockwise bearing has its fraction rounded upwards.
-    double r = 360 - std::floor(crs * 180 / pi);
+    double r = 360 - std::floor(crs * 180 / Pi);
     int16_t bearing = Normalize_Degrees(To_I16(r));
     return True_To_Magnetic(grid, bearing, lat1, lon1);
 }
+
+} // namespace quilmark
