@@ -80,20 +80,8 @@ inline Pen_State_Rec Pen_State_At(const Recording_Surface& s, size_t index) {
     return state;
 }
 
-// Which layer drew a line, ellipse or arc, told by the pen and brush it was drawn with.
-inline std::string Layer_Of(const Pen_State_Rec& state) {
-    const Rgb_Rec c = state.fore_color;
-    return c == Chart_Dark_Blue || c == Chart_Magenta ? "airspace"
-           : c == Chart_Brown_Red                     ? "parkings"
-           : c == Chart_Light_Grey                    ? "taxiways"
-           : c == Chart_Yellow                        ? "ils"
-           : c != Chart_Green                         ? "?"
-           : state.fill_style == Fill_Style_Solid     ? "aircraft"
-                                                      : "runways";
-}
-
-// The layers in the order they drew, each named once per run, with the index of the
-// first drawing operation of each run.
+// The layers in the order they drew, each named once per run (told by the pen and brush
+// it drew with), with the index of the first drawing operation of each run.
 struct Layer_Run_Rec {
     std::string layer;
     size_t first_op = 0;
@@ -106,7 +94,15 @@ inline std::vector<Layer_Run_Rec> Layer_Runs(const Recording_Surface& s) {
         if (op != Surface_Op::LineTo && op != Surface_Op::Ellipse && op != Surface_Op::Arc) {
             continue;
         }
-        std::string layer = Layer_Of(Pen_State_At(s, i));
+        const Pen_State_Rec state = Pen_State_At(s, i);
+        const Rgb_Rec c = state.fore_color;
+        const std::string layer = c == Chart_Dark_Blue || c == Chart_Magenta ? "airspace"
+                                  : c == Chart_Brown_Red                     ? "parkings"
+                                  : c == Chart_Light_Grey                    ? "taxiways"
+                                  : c == Chart_Yellow                        ? "ils"
+                                  : c != Chart_Green                         ? "?"
+                                  : state.fill_style == Fill_Style_Solid     ? "aircraft"
+                                                                             : "runways";
         if (runs.empty() || runs.back().layer != layer) {
             runs.push_back({layer, i});
         }

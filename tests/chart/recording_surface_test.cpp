@@ -1,40 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "chart/recording_surface.h"
 
 namespace quilmark {
-
-TEST(RecordingSurface, EachCallIsOneLineInItsFixedForm) {
-    Recording_Surface s;
-    s.Cls();
-    s.Set_ForeColor({0, 192, 0});
-    s.Set_DrawWidth(2);
-    s.Set_DrawStyle(0);
-    s.Set_FillColor({0, 0, 0});
-    s.Set_FillStyle(1);
-    s.MoveToEx(120, 84);
-    s.LineTo(131, 97);
-    s.Ellipse(10, 24, 16, 18);
-    s.Arc(5, 5, 40, 40, 30, 5, 5, 20);
-    s.TextOutA(120, 84, "16L");
-    s.LineTo(-3, -40000);
-    std::ostringstream out;
-    Write_Recorded_Ops(s, out);
-    EXPECT_EQ(out.str(), "Cls\n"
-                         "ForeColor 0 192 0\n"
-                         "DrawWidth 2\n"
-                         "DrawStyle 0\n"
-                         "FillColor 0 0 0\n"
-                         "FillStyle 1\n"
-                         "MoveToEx 120 84\n"
-                         "LineTo 131 97\n"
-                         "Ellipse 10 24 16 18\n"
-                         "Arc 5 5 40 40 30 5 5 20\n"
-                         "TextOutA 120 84 \"16L\"\n"
-                         "LineTo -3 -40000\n");
-}
 
 TEST(RecordingSurface, TextIsQuotedEscapedAndConvertedToUtf8) {
     struct Case {
