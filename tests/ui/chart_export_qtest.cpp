@@ -75,7 +75,7 @@ QByteArray Read_All(const std::string& path) {
 
 } // namespace
 
-TEST(ChartExport, PngShowsTheLayersOfEachLevel) {
+TEST(ChartExport, PngSvgAndPdfShowTheLayersOfEachLevelAtTheChartSize) {
     for (int level : {9, 14}) {
         QImage image(QString::fromStdString(Export_Sample(level, "png")));
         ASSERT_FALSE(image.isNull());
@@ -83,11 +83,7 @@ TEST(ChartExport, PngShowsTheLayersOfEachLevel) {
         EXPECT_GT(Count_Color(image, qRgb(0, 192, 0)), 0) << "runways and aircraft";
         EXPECT_EQ(Count_Color(image, qRgb(0, 0, 192)) > 0, level == 9) << "airspace";
         EXPECT_EQ(Count_Color(image, qRgb(128, 64, 64)) > 0, level == 14) << "parking";
-    }
-}
 
-TEST(ChartExport, SvgAndPdfAreWrittenAtTheChartSize) {
-    for (int level : {9, 14}) {
         QByteArray svg = Read_All(Export_Sample(level, "svg"));
         EXPECT_TRUE(svg.contains("<svg"));
         EXPECT_TRUE(svg.contains("viewBox=\"0 0 640 540\""));

@@ -126,7 +126,7 @@ TEST(QtSurface, ArcOnAnEllipseStartsWhereTheRadialMeetsIt) {
     }
 }
 
-TEST(QtSurface, EllipseBoxMayComeUpsideDownAndFillsByFillStyle) {
+TEST(QtSurface, EllipseBoxMayComeUpsideDownAndFillsByFillStyleAnEmptyBoxDrawsNothing) {
     struct Case {
         int32_t fill_style;
         bool centre_filled;
@@ -147,10 +147,7 @@ TEST(QtSurface, EllipseBoxMayComeUpsideDownAndFillsByFillStyle) {
         EXPECT_FALSE(Painted(image, 60, 95));
         EXPECT_FALSE(Painted(image, 15, 60));
     }
-}
-
-// Also shows that Cls left the whole chart white.
-TEST(QtSurface, EmptyBoxDrawsNothing) {
+    // Cls leaves the whole chart white, and a box of no size draws nothing.
     Canvas c;
     c.surface.Set_FillStyle(Fill_Style_Solid);
     c.surface.Ellipse(60, 60, 60, 60);
