@@ -1,8 +1,7 @@
 // The native half of the Wine tests: talks to quilmark-bridge.exe on its port.
 //
 //   bridge_check values --port N      opens the link through the bridge and the mock module,
-//                                     reads the chart's four values, one exchange each, and
-//                                     checks them after the chart's conversions
+//                                     and reads the aircraft as the chart does
 //   bridge_check no-window --port N   expects Link_Open to report 2 (bridge, no module)
 //   bridge_check malformed --port N   sends broken frames, expects no answer to any of them,
 //                                     and a sound request after each still answered
@@ -26,11 +25,10 @@
 #include <unistd.h>
 #include <vector>
 
-#include "bgl/bgl_image.h"
 #include "chart/aircraft_overlay.h"
 #include "link/fsuipc.h"
 #include "link/net_bridge_transport.h"
-#include "platform/rounding.h"
+#include "state/module1.h"
 
 namespace quilmark {
 
@@ -57,15 +55,6 @@ int Open(Fsuipc_Rec& link, Bridge_Transport& transport, int patience_s) {
     }
 }
 
-bool Read_One(Fsuipc_Rec& link, int32_t offset, int32_t size, void* into) {
-    Link_Result result = Link_Result::Ok;
-    bool ok = Link_Read(link, offset, size, into, result) && Link_Process(link, result);
-    if (!ok) {
-        std::printf("  reading 0x%04X failed with result %d\n", offset, static_cast<int>(result));
-    }
-    return ok;
-}
-
 int Check_Values(uint16_t port) {
     Bridge_Transport transport(port);
     Fsuipc_Rec link;
@@ -73,24 +62,18 @@ int Check_Values(uint16_t port) {
     int result = Open(link, transport, 20);
     std::printf("  Link_Open: result %d, module version 0x%08X, simulator %d\n", result,
                 static_cast<unsigned>(link.link_module_version), link.link_sim_version);
-    int32_t lat_raw = 0, lon_raw = 0, heading_raw = 0;
-    uint16_t altimeter_raw = 0;
-    bool ok = result == 0 && Read_One(link, 0x0564, 4, &lat_raw) &&
-              Read_One(link, 0x056C, 4, &lon_raw) && Read_One(link, 0x0580, 4, &heading_raw) &&
-              Read_One(link, 0x0EC6, 2, &altimeter_raw);
+    // The chart's own reading, one exchange a value, in millibars; the mock's heading and
+    // altimeter are halfway cases.
+    Module1 m;
+    m.altimeter_units = 0;
+    Link_Result read = Link_Result::Ok;
+    bool ok = result == 0 && Read_Aircraft(link, m, read);
     Link_Close(link);
-    // The chart's conversions; the mock's heading and altimeter are halfway cases.
-    double lat = Decode_Latitude(lat_raw);
-    double lon = Decode_Longitude(lon_raw);
-    int16_t heading = To_I16(heading_raw * 360.0 / 4294967296.0);
-    double millibars = Altimeter_Value(altimeter_raw, 0);
-    double inches = Altimeter_Value(altimeter_raw, 1);
-    std::printf("  raw: lat %d, lon %d, heading %d, altimeter %u\n", lat_raw, lon_raw, heading_raw,
-                altimeter_raw);
-    std::printf("  chart: lat %.9f, lon %.9f, heading %d, altimeter %.0f mb / %.2f inHg\n", lat,
-                lon, heading, millibars, inches);
-    ok = ok && lat == 51.470839603069464 && lon == -0.46139275655150414 && heading == 112 &&
-         millibars == 1012.0 && inches == 29.9;
+    std::printf("  chart: lat %.9f, lon %.9f, heading %d, altimeter %.0f mb (result %d)\n",
+                m.aircraft_lat, m.aircraft_lon, m.aircraft_heading, m.altimeter_value,
+                static_cast<int>(read));
+    ok = ok && m.aircraft_lat == 51.470839603069464 && m.aircraft_lon == -0.46139275655150414 &&
+         m.aircraft_heading == 112 && m.altimeter_value == 1012.0;
     std::printf("  %s\n", ok ? "as served by the mock module" : "NOT what the mock served");
     return ok ? 0 : 1;
 }
