@@ -18,9 +18,7 @@ Module1 With_Areas(const std::string& fs_path, const std::vector<Scenery_Area>& 
     m.fs_path = fs_path;
     m.scenery_areas.Release();
     for (const Scenery_Area& area : areas) {
-        ++m.scenery_area_count;
-        m.scenery_areas.Resize_Keep(static_cast<size_t>(m.scenery_area_count));
-        m.scenery_areas[static_cast<size_t>(m.scenery_area_count) - 1] = area;
+        Append(m.scenery_areas, m.scenery_area_count) = area;
     }
     return m;
 }
