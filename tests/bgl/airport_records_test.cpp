@@ -41,8 +41,6 @@ Navaid_Fields Ils(double heading, const std::string& name = "ITST", int32_t kind
 
 TEST(AirportRecords, StreamEndsAtTheFirstUnknownRecord) {
     Airport_Rec a = Decode(Concat({Record(0x10007, {}), Name_Record("Lost")}));
-    EXPECT_EQ(a.ident, "TEST");
-    EXPECT_EQ(a.name, "");
     Airport_Rec only_ident;
     only_ident.ident = "TEST";
     EXPECT_EQ(a, only_ident);

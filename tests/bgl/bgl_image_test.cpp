@@ -19,17 +19,15 @@ Bgl_Image Image_Of(Bytes bytes) {
 
 } // namespace
 
-TEST(BglReaders, SignedLittleEndianIntegers) {
+TEST(BglReaders, SignedLittleEndianAndZeroOutsideTheImageByteByByte) {
     Bgl_Image image = Image_Of({0xFF, 0xFF, 0x00, 0x80, 0x00, 0x00, 0x00, 0x80, 0x21, 0x43});
     EXPECT_EQ(Read_Int16(image, 0), -1);
     EXPECT_EQ(Read_Int16(image, 2), -32768);
     EXPECT_EQ(Read_Int32(image, 4), std::numeric_limits<int32_t>::min());
     EXPECT_EQ(Read_Int16(image, 8), 0x4321);
     EXPECT_EQ(Read_Byte(image, 9), 0x43);
-}
 
-TEST(BglReaders, ReadsOutsideTheImageGiveZeroByteByByte) {
-    Bgl_Image image = Image_Of({0x11, 0x22, 0x33});
+    image = Image_Of({0x11, 0x22, 0x33});
     EXPECT_EQ(Read_Byte(image, -1), 0);
     EXPECT_EQ(Read_Byte(image, 3), 0); // the spare byte
     EXPECT_EQ(Read_Byte(image, 1LL << 40), 0);
@@ -39,10 +37,9 @@ TEST(BglReaders, ReadsOutsideTheImageGiveZeroByteByByte) {
     EXPECT_EQ(Read_Int32(image, std::numeric_limits<int64_t>::max() - 2), 0);
     EXPECT_EQ(Read_Text(image, 2, 100), "\x33");
     EXPECT_EQ(Read_Text(image, -5, 7), "\x11\x22");
-}
 
-TEST(BglReaders, TextDropsZeroBytesWhereverTheyStand) {
-    Bgl_Image image = Image_Of({'E', 'G', 0, 'L', 'L', 0, 0, 0});
+    // Texts drop their zero bytes wherever they stand.
+    image = Image_Of({'E', 'G', 0, 'L', 'L', 0, 0, 0});
     EXPECT_EQ(Read_Text(image, 0, 5), "EGLL");
     EXPECT_EQ(Read_Text(image, 0, 0), "");
     EXPECT_EQ(Read_Text(image, 0, -3), "");
