@@ -9,22 +9,15 @@
 //                                     and a burst of 50 connections is all answered
 //
 // Exits 0 when everything was as expected, 1 otherwise, printing what it does.
-#include <algorithm>
-#include <arpa/inet.h>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <netinet/in.h>
-#include <poll.h>
 #include <string>
-#include <sys/socket.h>
-#include <sys/time.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
+#include "../support/bridge_probe.h"
 #include "chart/aircraft_overlay.h"
 #include "link/fsuipc.h"
 #include "link/net_bridge_transport.h"
@@ -87,47 +80,6 @@ int Check_No_Window(uint16_t port) {
     return result == 2 ? 0 : 1;
 }
 
-// Sends bytes, gap_ms apart one by one when gap_ms isn't 0, shutting our sending side after
-// them if asked, and reads until the bridge closes. Returns how many answer bytes came, -1
-// when the bridge neither answered nor closed within the wait, -2 when it can't be reached.
-long Send_And_Collect(uint16_t port, const std::vector<uint8_t>& bytes, bool half_close,
-                      int gap_ms = 0) {
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    timeval tv{8, 0};
-    setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &tv, sizeof tv);
-    if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        close(fd);
-        return -2;
-    }
-    for (size_t at = 0; at < bytes.size(); at += gap_ms == 0 ? bytes.size() : 1) {
-        // Between the bytes, stop as soon as the bridge answers or closes.
-        pollfd readable{fd, POLLIN, 0};
-        if (at > 0 && poll(&readable, 1, gap_ms) > 0) {
-            break;
-        }
-        send(fd, bytes.data() + at, gap_ms == 0 ? bytes.size() : 1, MSG_NOSIGNAL);
-    }
-    if (half_close) {
-        shutdown(fd, SHUT_WR);
-    }
-    long total = 0;
-    for (;;) {
-        uint8_t buffer[512];
-        ssize_t got = recv(fd, buffer, sizeof buffer, 0);
-        if (got > 0 || (got < 0 && errno == EINTR)) {
-            total += got > 0 ? got : 0;
-            continue;
-        }
-        bool closed = got == 0 || errno == ECONNRESET;
-        close(fd);
-        return closed ? total : -1;
-    }
-}
-
 // The frame checks themselves are tested natively (bridge_test.cpp); these are the cases
 // where the bridge's sockets under Wine matter: lengths it must not wait for, and peers
 // that stop sending.
@@ -171,48 +123,21 @@ int Check_Malformed(uint16_t port) {
     return failures == 0 ? 0 : 1;
 }
 
-double Seconds_Since(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-// Clients that would hold a bridge up: one that trickles its request while another is
-// served, and a burst of connections at once.
+// Clients that would hold a bridge up: one that trickles its request, a byte every 0.2 s,
+// while another is served, and a burst of connections at once.
 int Check_Hold_Up(uint16_t port) {
-    const std::vector<uint8_t> find =
-        Form_Bridge_Request(Bridge_Find_Window, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'}, 8);
-    auto start = Clock::now();
-    long trickled = 0;
-    double dropped_s = 0;
-    std::thread trickler([&] {
-        trickled = Send_And_Collect(port, find, false, 200); // whole after 4 s
-        dropped_s = Seconds_Since(start);
-    });
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    bool served = Bridge_Transport(port).Find_Window(Link_Main_Class) != 0;
-    double served_s = Seconds_Since(start);
-    trickler.join();
+    const Hold_Up_Rec r = Try_To_Hold_Up(port, 200, 300);
     std::printf("  a request trickled a byte every 0.2 s: %s after %.1f s; another client %s "
                 "after %.1f s\n",
-                trickled == 0 ? "dropped unanswered" : "NOT dropped", dropped_s,
-                served ? "served" : "NOT served", served_s);
+                r.trickled == 0 ? "dropped unanswered" : "NOT dropped", r.dropped_s,
+                r.served ? "served" : "NOT served", r.served_s);
+    std::printf("  a burst of %d connections: %d answered\n", Hold_Up_Rec::Burst_Clients,
+                r.burst_answered);
     // Dropped at the bridge's deadline of 2 s, well before its last byte at 3.8 s.
-    bool trickle_ok = trickled == 0 && dropped_s < 3.5 && served && served_s < dropped_s;
-
-    constexpr int Client_Count = 50;
-    std::vector<std::thread> burst;
-    std::vector<int> found(Client_Count, 0);
-    for (int i = 0; i < Client_Count; ++i) {
-        burst.emplace_back([&, i] {
-            found[static_cast<size_t>(i)] =
-                Bridge_Transport(port).Find_Window(Link_Main_Class) != 0;
-        });
-    }
-    for (std::thread& t : burst) {
-        t.join();
-    }
-    int answered = static_cast<int>(std::count(found.begin(), found.end(), 1));
-    std::printf("  a burst of %d connections: %d answered\n", Client_Count, answered);
-    return trickle_ok && answered == Client_Count ? 0 : 1;
+    return r.trickled == 0 && r.dropped_s < 3.5 && r.served && r.served_s < r.dropped_s &&
+                   r.burst_answered == Hold_Up_Rec::Burst_Clients
+               ? 0
+               : 1;
 }
 
 } // namespace

@@ -3,28 +3,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <chrono>
-#include <latch>
 #include <memory>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 #include "link/bridge_server.h"
 #include "link/fsuipc.h"
 #include "link/net_bridge_transport.h"
+#include "support/bridge_probe.h"
 #include "support/fake_module.h"
 #include "support/running_bridge.h"
 
 namespace quilmark {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 std::vector<uint8_t> Frame(uint32_t magic, uint32_t command, uint32_t length,
                            const std::vector<uint8_t>& payload) {
@@ -105,40 +98,6 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
     Answer(Sized(sound)); // and the next sound frame is answered
 }
 
-// A plain loopback connection to the bridge.
-class Raw_Client {
-  public:
-    explicit Raw_Client(uint16_t port) : fd(socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(port);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        connected = connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    }
-    ~Raw_Client() { Close(); }
-    void Send(const std::vector<uint8_t>& bytes) const {
-        send(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    }
-    void Close() {
-        if (fd >= 0) {
-            close(fd);
-            fd = -1;
-        }
-    }
-    // Waits up to ms for answer bytes; -1 when the bridge closed the connection.
-    long Take(int ms) {
-        pollfd p{fd, POLLIN, 0};
-        if (poll(&p, 1, ms) <= 0) {
-            return 0;
-        }
-        uint8_t buffer[4096];
-        ssize_t got = recv(fd, buffer, sizeof buffer, MSG_DONTWAIT);
-        return got > 0 ? got : -1;
-    }
-    int fd;
-    bool connected = false;
-};
-
 // (The values through the bridge: the tool's link tests.)
 TEST(Bridge_Loop, NoBridgeMeansNoWindowAndTheOpenReleasesWhatItMade) {
     Fake_Module_Transport fake;
@@ -158,75 +117,35 @@ TEST(Bridge_Loop, NoBridgeMeansNoWindowAndTheOpenReleasesWhatItMade) {
     EXPECT_EQ(transport.Atoms_Held(), 0u);
 }
 
-TEST(Bridge_Loop, ATricklingClientIsDroppedAtTheFrameDeadlineWhileAnotherIsServed) {
+TEST(Bridge_Loop, ATricklingClientIsDroppedAtTheFrameDeadlineWhileOthersAreServed) {
     Fake_Module_Transport fake;
     Bridge_Limits_Rec limits;
     limits.frame_deadline_ms = 1000;
     Running_Bridge server(fake, limits);
-    Raw_Client trickler(server.Port());
-    ASSERT_TRUE(trickler.connected);
-    auto start = Clock::now();
-    const auto seconds = [&] {
-        return std::chrono::duration<double>(Clock::now() - start).count();
-    };
-    double served_s = -1;
-    std::thread other([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        if (Bridge_Transport(server.Port()).Find_Window(Link_Main_Class) != 0) {
-            served_s = seconds();
-        }
-    });
     // A sound request, one byte every 100 ms: it would be whole after 2 s.
-    std::vector<uint8_t> frame =
-        Frame(Bridge_Magic, Bridge_Find_Window, 8, {'U', 'I', 'P', 'C', 'M', 'A', 'I', 'N'});
-    long taken = 0;
-    for (size_t i = 0; i < frame.size() && taken == 0; ++i) {
-        trickler.Send({frame[i]});
-        taken = trickler.Take(100);
-    }
-    double dropped_s = seconds();
-    other.join();
-    EXPECT_EQ(taken, -1); // closed, with no answer
-    EXPECT_GE(dropped_s, 1.0);
-    EXPECT_LT(dropped_s, 1.9); // before its last byte
-    EXPECT_GT(served_s, 0);
-    EXPECT_LT(served_s, dropped_s); // while the trickler held its connection
+    const Hold_Up_Rec r = Try_To_Hold_Up(server.Port(), 100, 100);
+    EXPECT_EQ(r.trickled, 0); // closed, with no answer
+    EXPECT_GE(r.dropped_s, 1.0);
+    EXPECT_LT(r.dropped_s, 1.9); // before its last byte
+    EXPECT_TRUE(r.served);
+    EXPECT_LT(r.served_s, r.dropped_s); // while the trickler held its connection
+    EXPECT_EQ(r.burst_answered, Hold_Up_Rec::Burst_Clients);
+    server.Stop();
     EXPECT_EQ(server.Count(Bridge_Outcome::Too_Slow), 1u);
-}
-
-TEST(Bridge_Loop, ABurstOfFiftyConnectionsIsAllAnswered) {
-    Fake_Module_Transport fake;
-    Running_Bridge server(fake);
-    constexpr int Client_Count = 50;
-    std::latch start(Client_Count);
-    std::vector<uint64_t> windows(Client_Count, 0);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < Client_Count; ++i) {
-        threads.emplace_back([&, i] {
-            start.arrive_and_wait();
-            windows[static_cast<size_t>(i)] =
-                Bridge_Transport(server.Port()).Find_Window(Link_Main_Class);
-        });
-    }
-    for (std::thread& t : threads) {
-        t.join();
-    }
-    EXPECT_EQ(std::count(windows.begin(), windows.end(), Fake_Module_Transport::Main_Window_Handle),
-              Client_Count);
 }
 
 TEST(Bridge_Loop, ARequestWhoseClientHasGoneNeverReachesTheModule) {
     Fake_Module_Transport fake;
     fake.answer_delay_ms = 300; // the module is busy with the first request meanwhile
     Running_Bridge server(fake);
-    Raw_Client first(server.Port());
-    first.Send(Sized(Send_Payload()));
+    long first = 0;
+    std::thread asking(
+        [&] { first = Send_And_Collect(server.Port(), Sized(Send_Payload()), false); });
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    {
-        Raw_Client gone(server.Port()); // sends a write and gives up at once
-        gone.Send(Sized(Send_Payload(0, true)));
-    }
-    EXPECT_GT(first.Take(2000), 0);
+    // A write, and the client gives up at once.
+    Send_And_Collect(server.Port(), Sized(Send_Payload(0, true)), false, 0, -1);
+    asking.join();
+    EXPECT_GT(first, 0);
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     server.Stop();
     EXPECT_EQ(fake.exchanges, 1u);

@@ -2,8 +2,8 @@
 // between. Opens the link, reads the chart's four values, and checks the raw values.
 #include <cstdio>
 
-#include "mock_table.h"
 #include "link/fsuipc.h"
+#include "mock_table.h"
 #include "win32_transport.h"
 
 int main() {
