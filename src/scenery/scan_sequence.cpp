@@ -9,6 +9,7 @@
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
 #include "scenery/config_file.h"
+#include "scenery/fs2004_scan.h"
 #include "scenery/locate_folders.h"
 #include "scenery/magdec.h"
 #include "scenery/scenery_cfg.h"
@@ -26,6 +27,10 @@ constexpr const char* Cd_Prompt_Text =
 constexpr const char* First_Run_Text =
     "This is the first time you run this program. Now this program will create a database "
     "file of all the airports of the FS2002 world. This process can take a few minutes, "
+    "please wait.";
+constexpr const char* First_Run_Fs2004_Text =
+    "This is the first time you run this program. Now this program will create a database "
+    "file of all the airports of the FS2004 world. This process can take a few minutes, "
     "please wait.";
 constexpr const char* Database_Created_Text =
     "The Database File was created successfully!. Now this program will add all airports to "
@@ -107,7 +112,10 @@ const char* Store_Count_Then_Database(Module1& m, const Pending_File_Rec& databa
 void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_damage) {
     form.database_present = false;
     form.bgl_file_total = 0;
-    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+    if (m.fs_version == Fs_Version_2004) {
+        form.bgl_file_total = Count_Fs2004_Area_Files(m, form.drives);
+    }
+    for (int16_t i = 0; i < m.scenery_area_count && m.fs_version != Fs_Version_2004; ++i) {
         const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
         if (Is_Airport_Area(area)) {
             form.bgl_file_total +=
@@ -123,9 +131,14 @@ void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_d
     m.airports.Release();
 
     if (!after_damage) {
-        ui.Show_Message(First_Run_Text, Message_Title, Message_Icon::Information);
+        ui.Show_Message(m.fs_version == Fs_Version_2004 ? First_Run_Fs2004_Text : First_Run_Text,
+                        Message_Title, Message_Icon::Information);
     }
-    Scan_Airport_Areas(m, form, ui);
+    if (m.fs_version == Fs_Version_2004) {
+        Scan_Fs2004_Areas(m, form, ui);
+    } else {
+        Scan_Airport_Areas(m, form, ui);
+    }
 
     ui.Show_Status("Creating Database File...");
     std::optional<Pending_File_Rec> database =
@@ -151,7 +164,9 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     ui.Show_Status("Magdec.bgl File");
     // Without the table the grid stays as it is, all zeros in a new process: headings then
     // come out unconverted.
-    const std::string magdec_path = m.fs_path + "\\scenery\\magdec.bgl";
+    const std::string magdec_path = m.fs_version == Fs_Version_2004
+                                        ? Fs2004_Magdec_Path(m.fs_path)
+                                        : m.fs_path + "\\scenery\\magdec.bgl";
     const std::string magdec = Resolve_Native_Path(form.drives, magdec_path);
     if (!Load_Magdec(form.bgl_image, m.magvar_grid, magdec)) {
         ui.Show_Message(Not_Found_Text("magdec.bgl", Looked_For_At(magdec, magdec_path),
@@ -161,7 +176,7 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
 
     // Without scenery.cfg there is nothing to build the database from.
     std::optional<std::string> scenery_cfg_missing;
-    if (m.fs_version == 1) {
+    if (m.fs_version == 1 || m.fs_version == Fs_Version_2004) {
         ui.Show_Status("Scenery.cfg File");
         m.scenery_areas.Release();
         m.scenery_area_count = 0;
@@ -171,7 +186,8 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
             scenery_cfg_missing = Looked_For_At(cfg, cfg_path);
         }
         form.cd_prompt_shown = false;
-        for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+        // The prompt names the FS2002 disk; an FS2004 world is read from its folders.
+        for (int16_t i = 0; i < m.scenery_area_count && m.fs_version == 1; ++i) {
             if (!m.scenery_areas[static_cast<size_t>(i)].Remote.empty()) {
                 ui.Show_Message(Cd_Prompt_Text, Program_Title, Message_Icon::Information);
                 form.cd_prompt_shown = true;
