@@ -28,10 +28,6 @@ constexpr const char* First_Run_Text =
     "This is the first time you run this program. Now this program will create a database "
     "file of all the airports of the FS2002 world. This process can take a few minutes, "
     "please wait.";
-constexpr const char* First_Run_Fs2004_Text =
-    "This is the first time you run this program. Now this program will create a database "
-    "file of all the airports of the FS2004 world. This process can take a few minutes, "
-    "please wait.";
 constexpr const char* Database_Created_Text =
     "The Database File was created successfully!. Now this program will add all airports to "
     "the list, please wait.";
@@ -131,8 +127,7 @@ void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_d
     m.airports.Release();
 
     if (!after_damage) {
-        ui.Show_Message(m.fs_version == Fs_Version_2004 ? First_Run_Fs2004_Text : First_Run_Text,
-                        Message_Title, Message_Icon::Information);
+        ui.Show_Message(First_Run_Text, Message_Title, Message_Icon::Information);
     }
     if (m.fs_version == Fs_Version_2004) {
         Scan_Fs2004_Areas(m, form, ui);
@@ -186,8 +181,7 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
             scenery_cfg_missing = Looked_For_At(cfg, cfg_path);
         }
         form.cd_prompt_shown = false;
-        // The prompt names the FS2002 disk; an FS2004 world is read from its folders.
-        for (int16_t i = 0; i < m.scenery_area_count && m.fs_version == 1; ++i) {
+        for (int16_t i = 0; i < m.scenery_area_count; ++i) {
             if (!m.scenery_areas[static_cast<size_t>(i)].Remote.empty()) {
                 ui.Show_Message(Cd_Prompt_Text, Program_Title, Message_Icon::Information);
                 form.cd_prompt_shown = true;
