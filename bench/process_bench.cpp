@@ -4,12 +4,13 @@
 // does nothing else. Prints the medians, the ratios of the medians, and the peak memory of
 // each process (its maximum resident set, from wait4).
 //
-//   quilmark-process-bench --world FS [--world4 FS] [--repetitions N] [--only CASE,...]
-//                          [--samples]
+//   quilmark-process-bench --world FS [--world4 FS] [--world2004 FS] [--repetitions N]
+//                          [--only CASE,...] [--samples]
 //
 // Cases: first_run_scan, later_run_scan, fetch, desktop (under an X server: the later start
 // to a filled list, and GET AIRPORT to the drawn chart), first_run_scan_4x (with --world4,
-// a world four times the size). Each works in a folder of its own below a temporary folder.
+// a world four times the size), first_run_scan_fs2004 (with --world2004, the full-size FS2004
+// world). Each works in a folder of its own below a temporary folder.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -150,13 +151,17 @@ class Process_Bench {
 
     bool Wanted(const std::string& name) const { return only.empty() || only.contains(name); }
 
-    World Prepare_World(const std::string& fs_folder, const std::string& name) {
+    World Prepare_World(const std::string& fs_folder, const std::string& name,
+                        bool fs2004 = false) {
         World w;
         w.fs_path = fs::absolute(fs_folder).lexically_normal().string();
-        w.files = Find_World_Files(w.fs_path);
+        w.files = fs2004 ? Find_Fs2004_World_Files(w.fs_path) : Find_World_Files(w.fs_path);
         const fs::path setup = work / (name + "-setup");
         fs::create_directories(setup);
-        Run_Child({paths.tool, "init", w.fs_path}, setup);
+        Run_Child(fs2004
+                      ? std::vector<std::string>{paths.tool, "init", "--fs-version", "2", w.fs_path}
+                      : std::vector<std::string>{paths.tool, "init", w.fs_path},
+                  setup);
         w.config_template = work / (name + "-config");
         fs::copy_file(setup / Config_File_Name, w.config_template);
         w.later_folder = work / (name + "-later");
@@ -223,7 +228,8 @@ class Process_Bench {
         row.peak_mb.push_back(run.peak_mb);
     }
 
-    void Run(const std::string& world_folder, const std::string& world4_folder) {
+    void Run(const std::string& world_folder, const std::string& world4_folder,
+             const std::string& world2004_folder) {
         const World world = Prepare_World(world_folder, "world");
         const std::vector<std::string> scan_inputs = [&] {
             std::vector<std::string> v = world.files.airport_files;
@@ -264,6 +270,17 @@ class Process_Bench {
                       << " airport files\n";
         }
 
+        Row first2004{"first-run scan, FS2004 world", {}};
+        World world2004;
+        const bool fs2004 = Wanted("first_run_scan_fs2004") && !world2004_folder.empty();
+        if (fs2004) {
+            world2004 = Prepare_World(world2004_folder, "world2004", true);
+            first2004.inputs = world2004.files.airport_files;
+            first2004.inputs.push_back(world2004.files.scenery_cfg);
+            std::cout << "FS2004 world: " << world2004.files.airport_files.size()
+                      << " BGL files in its active areas\n";
+        }
+
         const fs::path first_folder = work / "first";
         for (int i = 0; i < repetitions; ++i) {
             if (Wanted("first_run_scan")) {
@@ -293,10 +310,15 @@ class Process_Bench {
                 Plain_Reads(first4);
                 Add(first4, Run_Child({paths.tool, "scan"}, first_folder));
             }
+            if (fs2004) {
+                Fresh_Folder(world2004, first_folder);
+                Plain_Reads(first2004);
+                Add(first2004, Run_Child({paths.tool, "scan"}, first_folder));
+            }
             std::cerr << "\rrepetition " << i + 1 << " of " << repetitions << std::flush;
         }
         std::cerr << "\n";
-        Print({&first, &later, &fetch, &list, &chart, &first4});
+        Print({&first, &later, &fetch, &list, &chart, &first4, &first2004});
         Print_Targets(first, later, chart, first4);
     }
 
@@ -404,13 +426,15 @@ class Process_Bench {
 int main(int argc, char** argv) {
     Process_Bench bench;
     bench.paths = {QUILMARK_TOOL_PATH, QUILMARK_DESKTOP_DRIVER_PATH, QUILMARK_READ_FILES_PATH};
-    std::string world, world4;
+    std::string world, world4, world2004;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
         if (arg == "--world" && i + 1 < argc) {
             world = argv[++i];
         } else if (arg == "--world4" && i + 1 < argc) {
             world4 = argv[++i];
+        } else if (arg == "--world2004" && i + 1 < argc) {
+            world2004 = argv[++i];
         } else if (arg == "--repetitions" && i + 1 < argc) {
             bench.repetitions = std::max(1, std::atoi(argv[++i]));
         } else if (arg == "--samples") {
@@ -426,11 +450,11 @@ int main(int argc, char** argv) {
         }
     }
     if (world.empty()) {
-        std::cerr << "usage: quilmark-process-bench --world FS [--world4 FS] [--repetitions N] "
-                     "[--only CASE,...] [--samples]\n";
+        std::cerr << "usage: quilmark-process-bench --world FS [--world4 FS] [--world2004 FS] "
+                     "[--repetitions N] [--only CASE,...] [--samples]\n";
         return 2;
     }
-    for (const std::string& w : {world, world4}) {
+    for (const std::string& w : {world, world4, world2004}) {
         if (!w.empty() && !fs::exists(fs::path(w) / "scenery.cfg")) {
             std::cerr << "quilmark-process-bench: no world at " << w << "\n";
             return 1;
@@ -444,7 +468,7 @@ int main(int argc, char** argv) {
     bench.work = folder;
     int status = 0;
     try {
-        bench.Run(world, world4);
+        bench.Run(world, world4, world2004);
     } catch (const std::exception& e) {
         std::cerr << "\nquilmark-process-bench: " << e.what() << "\n";
         status = 1;

@@ -21,6 +21,10 @@ struct World_Files {
 // The files of the simulator folder at fs_path (a native absolute path).
 World_Files Find_World_Files(const std::string& fs_path);
 
+// The same for an FS2004 folder: every BGL file of the active areas as airport files (the
+// scan reads them all), the boundary files among them as ATC files.
+World_Files Find_Fs2004_World_Files(const std::string& fs_path);
+
 // The index of the airport with the most taxi paths among the first count.
 size_t Largest_Airport_Index(const Dyn_Array<Airport_Rec>& airports, int32_t count);
 

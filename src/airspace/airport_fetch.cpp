@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "airspace/fs2004_fetch.h"
 #include "airspace/section_dispatch.h"
 #include "platform/native_paths.h"
 #include "state/chooser_form.h"
@@ -91,6 +92,13 @@ void Fetch_Airport_And_Airspace(Module1& m, Form3_Data& form, Chooser_Form& ui,
         m.airspace_count = 0;
     }
     form.airspace_bytes_left = Max_Airspace_Bytes_Per_Fetch;
+    if (m.fs_version == Fs_Version_2004) {
+        Read_Fs2004_Airspace(m, form, ui);
+        if (!m.current_airport.departure_freq.empty() || !m.current_airport.approach_freq.empty()) {
+            Add_Terminal_Airspace(m);
+        }
+        return;
+    }
     // Listed twice, so that the bar has its true maximum before the first file is read.
     int32_t file_total = 0;
     const size_t listed = List_Folder_Files(form.drives, m.atc_data_path, "*.bgl").size();

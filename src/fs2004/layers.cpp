@@ -41,7 +41,11 @@ void Drop_Deleted(std::vector<T>& items, const std::vector<uint32_t>& ordinals, 
     for (size_t i = 0; i < items.size(); ++i) {
         auto one = deleted.find(key_of(items[i]));
         if (ordinals[i] >= all && (one == deleted.end() || ordinals[i] >= one->second)) {
-            items[kept++] = std::move(items[i]);
+            // Never moved onto itself: a string moved onto itself may come out empty.
+            if (kept != i) {
+                items[kept] = std::move(items[i]);
+            }
+            ++kept;
         }
     }
     items.resize(kept);

@@ -119,11 +119,16 @@ Config_Status Read_Config_File(Module1& m, const std::string& name) {
 
 Config_Status Write_First_Config(Module1& m, bool fs2002_chosen, const std::string& fs_path,
                                  const std::string& name) {
+    return Write_Chosen_Config(m, fs2002_chosen ? Fs_Version_2002 : 0, fs_path, name);
+}
+
+Config_Status Write_Chosen_Config(Module1& m, uint8_t chosen_version, const std::string& fs_path,
+                                  const std::string& name) {
     Config_Rec config = m.config;
     config.title = Config_Title;
     config.format_mark = 1;
-    if (fs2002_chosen) {
-        config.fs_version = 1;
+    if (chosen_version != 0) {
+        config.fs_version = chosen_version;
     }
     config.fs_path = fs_path;
     // A new configuration file has no database build behind it yet.

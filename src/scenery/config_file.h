@@ -50,6 +50,10 @@ Config_Status Read_Config_File(Module1& m, const std::string& name);
 // airport count of 0. Sets config, fs_version and fs_path, and writes the whole file afresh.
 Config_Status Write_First_Config(Module1& m, bool fs2002_chosen, const std::string& fs_path,
                                  const std::string& name = Config_File_Name);
+// The same for the simulator the user chose: Fs_Version_2002 or Fs_Version_2004 (0 keeps
+// the version as it was).
+Config_Status Write_Chosen_Config(Module1& m, uint8_t chosen_version, const std::string& fs_path,
+                                  const std::string& name = Config_File_Name);
 
 // The scan's update after a database build: if the file still exists, its record is read
 // from the start, given Module1's airport_count, and written back over the start of the

@@ -9,6 +9,7 @@
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
 #include "scenery/config_file.h"
+#include "scenery/fs2004_scan.h"
 #include "scenery/locate_folders.h"
 #include "scenery/magdec.h"
 #include "scenery/scenery_cfg.h"
@@ -107,7 +108,10 @@ const char* Store_Count_Then_Database(Module1& m, const Pending_File_Rec& databa
 void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_damage) {
     form.database_present = false;
     form.bgl_file_total = 0;
-    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+    if (m.fs_version == Fs_Version_2004) {
+        form.bgl_file_total = Count_Fs2004_Area_Files(m, form.drives);
+    }
+    for (int16_t i = 0; i < m.scenery_area_count && m.fs_version != Fs_Version_2004; ++i) {
         const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
         if (Is_Airport_Area(area)) {
             form.bgl_file_total +=
@@ -125,7 +129,11 @@ void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_d
     if (!after_damage) {
         ui.Show_Message(First_Run_Text, Message_Title, Message_Icon::Information);
     }
-    Scan_Airport_Areas(m, form, ui);
+    if (m.fs_version == Fs_Version_2004) {
+        Scan_Fs2004_Areas(m, form, ui);
+    } else {
+        Scan_Airport_Areas(m, form, ui);
+    }
 
     ui.Show_Status("Creating Database File...");
     std::optional<Pending_File_Rec> database =
@@ -151,7 +159,9 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     ui.Show_Status("Magdec.bgl File");
     // Without the table the grid stays as it is, all zeros in a new process: headings then
     // come out unconverted.
-    const std::string magdec_path = m.fs_path + "\\scenery\\magdec.bgl";
+    const std::string magdec_path = m.fs_version == Fs_Version_2004
+                                        ? Fs2004_Magdec_Path(m.fs_path)
+                                        : m.fs_path + "\\scenery\\magdec.bgl";
     const std::string magdec = Resolve_Native_Path(form.drives, magdec_path);
     if (!Load_Magdec(form.bgl_image, m.magvar_grid, magdec)) {
         ui.Show_Message(Not_Found_Text("magdec.bgl", Looked_For_At(magdec, magdec_path),
@@ -161,7 +171,7 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
 
     // Without scenery.cfg there is nothing to build the database from.
     std::optional<std::string> scenery_cfg_missing;
-    if (m.fs_version == 1) {
+    if (m.fs_version == 1 || m.fs_version == Fs_Version_2004) {
         ui.Show_Status("Scenery.cfg File");
         m.scenery_areas.Release();
         m.scenery_area_count = 0;

@@ -83,6 +83,8 @@ Form2::Form2(Form_Flow& flow, Module1& module) : flow_(flow), module_(module) {
     Label1->setGeometry(Twips(120), Twips(360), Twips(3735), Twips(255));
     Option1 = new QRadioButton("Microsoft Flight Simulator 2002", Frame1);
     Option1->setGeometry(Twips(1440), Twips(720), Twips(2535), Twips(255));
+    Option2 = new QRadioButton("Microsoft Flight Simulator 2004", Frame1);
+    Option2->setGeometry(Twips(1440), Twips(960), Twips(2535), Twips(255));
 
     Frame2 = new QGroupBox("Flight Simulator's Path", this);
     Frame2->setGeometry(Twips(120), Twips(1440), Twips(4335), Twips(3615));
@@ -109,7 +111,7 @@ Form2::Form2(Form_Flow& flow, Module1& module) : flow_(flow), module_(module) {
     setTabOrder(Command1, Option1);
 
     for (QWidget* control :
-         std::initializer_list<QWidget*>{Label1, Option1, Label2, Label4, Label3}) {
+         std::initializer_list<QWidget*>{Label1, Option1, Option2, Label2, Label4, Label3}) {
         Fit_Width(control);
     }
     for (const auto& [text, root] : Drive_Choices()) {
@@ -117,7 +119,10 @@ Form2::Form2(Form_Flow& flow, Module1& module) : flow_(flow), module_(module) {
     }
     // The prefixes' names can be long: the open list is as wide as they are.
     Drive1->view()->setMinimumWidth(Drive1->view()->sizeHintForColumn(0) + 8);
-    connect(Option1, &QRadioButton::clicked, this, [this] { module_.fs_version = 1; });
+    connect(Option1, &QRadioButton::clicked, this,
+            [this] { module_.fs_version = Fs_Version_2002; });
+    connect(Option2, &QRadioButton::clicked, this,
+            [this] { module_.fs_version = Fs_Version_2004; });
     connect(Drive1, &QComboBox::currentIndexChanged, this, [this] { Drive1_Change(); });
     // A click, or a jump by first letters, chooses a folder; a double click opens it.
     connect(Dir1, &QListWidget::currentItemChanged, this, [this] { Dir1_Change(); });
@@ -202,8 +207,10 @@ void Form2::Command1_Click() {
     if (Text1->text().isEmpty()) {
         return;
     }
-    if (Write_First_Config(module_, Option1->isChecked(), QString_To_Ansi(Text1->text())) !=
-        Config_Status::Ok) {
+    const uint8_t chosen = Option2->isChecked()   ? Fs_Version_2004
+                           : Option1->isChecked() ? Fs_Version_2002
+                                                  : 0;
+    if (Write_Chosen_Config(module_, chosen, QString_To_Ansi(Text1->text())) != Config_Status::Ok) {
         flow_.Message(Form_Id::Form2,
                       "The settings file quilmark_config.cfg could not be written in this "
                       "folder. Please start the program in a folder where it may write.",

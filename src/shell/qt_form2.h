@@ -36,6 +36,7 @@ class Form2 : public QWidget {
     QGroupBox* Frame1 = nullptr;
     QLabel* Label1 = nullptr;
     QRadioButton* Option1 = nullptr;
+    QRadioButton* Option2 = nullptr;
     QGroupBox* Frame2 = nullptr;
     QLabel* Label2 = nullptr;
     QComboBox* Drive1 = nullptr;

@@ -16,10 +16,10 @@ namespace quilmark {
 
 std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
                                             const std::vector<std::string>& entries,
-                                            Magvar_Grid& grid) {
+                                            Magvar_Grid& grid, uint8_t fs_version) {
     std::vector<Kit_Airport_Rec> fetched;
     if (auto m = std::make_unique<Module1>();
-        Write_First_Config(*m, true, fs_path) != Config_Status::Ok) {
+        Write_Chosen_Config(*m, fs_version, fs_path) != Config_Status::Ok) {
         throw std::runtime_error("cannot write the configuration file");
     }
     for (const std::string& entry : entries) {

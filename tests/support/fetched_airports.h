@@ -3,6 +3,7 @@
 // AIRPORT for each list entry in turn. Works in the current directory (a Work_Dir's).
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,8 +14,9 @@ namespace quilmark {
 
 // Throws std::runtime_error when the folder can't be scanned or an entry isn't listed.
 // The grid is the one the scan loaded.
+// fs_version: the simulator the folder holds, as the wizard stores it.
 std::vector<Kit_Airport_Rec> Fetch_Airports(const std::string& fs_path,
                                             const std::vector<std::string>& entries,
-                                            Magvar_Grid& grid);
+                                            Magvar_Grid& grid, uint8_t fs_version = 1);
 
 } // namespace quilmark

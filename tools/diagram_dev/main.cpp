@@ -3,7 +3,8 @@
 // at them while the diagram is worked on.
 //
 //   quilmark-diagram-dev FS_PATH OUT_DIR [--size WxH] [--zoom FACTOR] [--aircraft LAT,LON,HDG]
-//                        [--follow] [--time N] [--crop X,Y,W,H] "ENTRY"|--largest ["ENTRY"...]
+//                        [--follow] [--time N] [--crop X,Y,W,H] [--fs-version 1|2]
+//                        "ENTRY"|--largest ["ENTRY"...]
 //
 // With --follow the view is centred on the aircraft. --largest stands for the airport with the most
 // taxi paths; --time N also times N redraws of the diagram on a kept image, its layout alone, and
@@ -40,10 +41,10 @@ namespace quilmark {
 
 namespace {
 
-std::string Largest_Entry(const std::string& fs_path) {
+std::string Largest_Entry(const std::string& fs_path, uint8_t fs_version) {
     auto m = std::make_unique<Module1>();
     auto form = std::make_unique<Form3_Data>();
-    Write_First_Config(*m, true, fs_path);
+    Write_Chosen_Config(*m, fs_version, fs_path);
     Read_Config_File(*m, Config_File_Name);
     Recording_Chooser_Form ui;
     Run_Scenery_Scan(*m, *form, ui);
@@ -167,6 +168,7 @@ int main(int argc, char** argv) {
     int time_runs = 0;
     int crop[4] = {0, 0, 0, 0};
     bool follow = false;
+    uint8_t fs_version = Fs_Version_2002;
     Diagram_Aircraft_Rec aircraft;
     std::vector<std::string> entries;
     for (int i = 3; i < argc; ++i) {
@@ -177,6 +179,8 @@ int main(int argc, char** argv) {
             time_runs = std::stoi(argv[++i]);
         } else if (arg == "--crop" && i + 1 < argc) {
             std::sscanf(argv[++i], "%d,%d,%d,%d", &crop[0], &crop[1], &crop[2], &crop[3]);
+        } else if (arg == "--fs-version" && i + 1 < argc) {
+            fs_version = std::string(argv[++i]) == "2" ? Fs_Version_2004 : Fs_Version_2002;
         } else if (arg == "--follow") {
             follow = true;
         } else if (arg == "--largest") {
@@ -203,12 +207,12 @@ int main(int argc, char** argv) {
     try {
         for (std::string& entry : entries) {
             if (entry.empty()) {
-                entry = Largest_Entry(fs_path);
+                entry = Largest_Entry(fs_path, fs_version);
                 std::filesystem::remove(Config_File_Name);
                 std::filesystem::remove("all_fs_airports.dat");
             }
         }
-        airports = Fetch_Airports(fs_path, entries, *grid);
+        airports = Fetch_Airports(fs_path, entries, *grid, fs_version);
     } catch (const std::exception& e) {
         std::cerr << "quilmark-diagram-dev: " << e.what() << "\n";
         return 1;

@@ -21,6 +21,7 @@
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
 #include "scenery/config_file.h"
+#include "scenery/fs2004_scan.h"
 #include "scenery/magdec.h"
 #include "scenery/scan_sequence.h"
 #include "state/chooser_form.h"
@@ -64,6 +65,10 @@ int Command_Bgl(const Command_Args& args, std::ostream& out, std::ostream& err) 
     }
     int status = 0;
     form->database_present = false;
+    // FS2004 files are laid over each other in the order given, each file a layer, and
+    // their airports follow those of the FS2002 files.
+    Fs2004_Reading_Rec fs2004;
+    bool any_fs2004 = false;
     for (const std::string& path : args.words) {
         if (!Load_Bgl_Image(form->bgl_image, path)) {
             err << "quilmark-tool: cannot open " << path << "\n";
@@ -72,9 +77,16 @@ int Command_Bgl(const Command_Args& args, std::ostream& out, std::ostream& err) 
         }
         if (Has_Bgl_Marker(form->bgl_image)) {
             Read_BGL_Sections(*form, *module);
+        } else {
+            fs2004.layers.emplace_back();
+            any_fs2004 = Read_Fs2004_File(form->bgl_image, fs2004) || any_fs2004;
         }
     }
     Release_Bgl_Image(form->bgl_image);
+    if (any_fs2004) {
+        Append_Fs2004_Airports(std::move(fs2004), module->magvar_grid, module->airports,
+                               module->airport_count);
+    }
     Json_Out json;
     Write_Airports(json, *module);
     out << json.Text();
@@ -94,7 +106,15 @@ int Command_Init(const Command_Args& args, std::ostream&, std::ostream& err) {
     if (folder.size() > 1 && folder.back() == '/') {
         folder.pop_back();
     }
-    if (Write_First_Config(*module, true, Utf8_To_Ansi(folder)) != Config_Status::Ok) {
+    uint8_t version = Fs_Version_2002;
+    for (const auto& [option, value] : args.options) { // --fs-version
+        if (value != "1" && value != "2") {
+            err << "quilmark-tool: --fs-version takes 1 (FS2002) or 2 (FS2004)\n";
+            return 2;
+        }
+        version = value == "2" ? Fs_Version_2004 : Fs_Version_2002;
+    }
+    if (Write_Chosen_Config(*module, version, Utf8_To_Ansi(folder)) != Config_Status::Ok) {
         err << "quilmark-tool: cannot write " << Config_File_Name << "\n";
         return 1;
     }
@@ -480,7 +500,8 @@ const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
         {{"bgl", "[--magdec MAGDEC] FILE...", {"FILE"}, true, {{"--magdec", "MAGDEC"}}},
          Command_Bgl},
-        {{"init", "FS_PATH", {"FS_PATH"}, false, {}}, Command_Init},
+        {{"init", "[--fs-version 1|2] FS_PATH", {"FS_PATH"}, false, {{"--fs-version", "1|2"}}},
+         Command_Init},
         {{"scan", "", {}, false, {}}, Command_Scan},
         {{"db", "FILE COUNT", {"FILE", "COUNT"}, false, {}}, Command_Db},
         {{"fetch", "\"ENTRY\"", {"ENTRY"}, false, {}}, Command_Fetch},

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "description.h"
 #include "platform/text1252.h"
 #include "support/bgl_writer.h"
 
@@ -18,106 +19,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Fault : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// Words of a line; "quoted words" keep their blanks, key="quoted value" too.
-std::vector<std::string> Split_Words(const std::string& line) {
-    std::vector<std::string> words;
-    std::string word;
-    bool quoted = false, any = false;
-    for (char c : line) {
-        if (c == '"') {
-            quoted = !quoted;
-            any = true;
-        } else if ((c == ' ' || c == '\t') && !quoted) {
-            if (any) {
-                words.push_back(word);
-            }
-            word.clear();
-            any = false;
-        } else {
-            word += c;
-            any = true;
-        }
-    }
-    if (quoted) {
-        throw Fault("unclosed quote");
-    }
-    if (any) {
-        words.push_back(word);
-    }
-    return words;
-}
-
-double Number(const std::string& text) {
-    size_t used = 0;
-    double v = std::stod(text, &used);
-    if (used != text.size()) {
-        throw Fault("not a number: " + text);
-    }
-    return v;
-}
-
-std::pair<double, double> Pair(const std::string& text) {
-    size_t comma = text.find(',');
-    if (comma == std::string::npos) {
-        throw Fault("expected x,y: " + text);
-    }
-    return {Number(text.substr(0, comma)), Number(text.substr(comma + 1))};
-}
-
-int32_t Parking_Name_Code(const std::string& name) {
-    static const char* const Names[] = {
-        "Parking",    "N Parking", "NE Parking", "E Parking", "SE Parking", "S Parking",
-        "SW Parking", "W Parking", "NW Parking", "Gate",      "Dock",       "Gate A",
-        "Gate B",     "Gate C",    "Gate D",     "Gate E",    "Gate F",     "Gate G",
-        "Gate H",     "Gate I",    "Gate J",     "Gate K",    "Gate L",     "Gate M",
-        "Gate N",     "Gate O",    "Gate P",     "Gate Q",    "Gate R",     "Gate S",
-        "Gate T",     "Gate U",    "Gate V",     "Gate W",    "Gate X",     "Gate Y",
-        "Gate Z"};
-    for (int32_t i = 0; i < 37; ++i) {
-        if (Equal_No_Case(name, Names[i])) {
-            return i + 1;
-        }
-    }
-    throw Fault("no parking name code for " + name);
-}
-
 // The ground network of one airport, nodes shared by position.
 struct Network {
     std::vector<Taxi_Point_Element> points;
-    std::map<std::pair<long, long>, int32_t> node_at;
+    Network_Index index_of;
     std::vector<Parking_Element> spots;
     std::vector<Taxi_Path_Element> paths;
-    std::vector<std::string> names;
 
     bool Empty() const { return points.empty() && spots.empty() && paths.empty(); }
 
     int32_t Node(double x, double y) {
-        std::pair<long, long> key{std::lround(x * 10), std::lround(y * 10)};
-        auto it = node_at.find(key);
-        if (it != node_at.end()) {
-            return it->second;
+        const auto [index, fresh] = index_of.Node(x, y, points.size());
+        if (fresh) {
+            points.push_back({0, static_cast<float>(x), static_cast<float>(y)});
         }
-        int32_t index = static_cast<int32_t>(points.size());
-        points.push_back({0, static_cast<float>(x), static_cast<float>(y)});
-        node_at[key] = index;
-        return index;
+        return static_cast<int32_t>(index);
     }
-    int32_t Name(const std::string& name) {
-        for (size_t i = 0; i < names.size(); ++i) {
-            if (names[i] == name) {
-                return static_cast<int32_t>(i);
-            }
-        }
-        if (name.size() > 8) {
-            throw Fault("taxiway name longer than 8 letters: " + name);
-        }
-        names.push_back(name);
-        return static_cast<int32_t>(names.size() - 1);
-    }
+    int32_t Name(const std::string& name) { return static_cast<int32_t>(index_of.Name(name)); }
     void Line(int32_t kind, int32_t name_index, std::pair<double, double> a,
               std::pair<double, double> b, int segments) {
         if (segments < 1) {
@@ -134,7 +52,7 @@ struct Network {
     }
     Bytes Block() const {
         return Taxiway_Block_Record(
-            {Point_List(points), Parking_List(spots), Path_List(paths), Name_List(names)});
+            {Point_List(points), Parking_List(spots), Path_List(paths), Name_List(index_of.names)});
     }
 };
 
@@ -152,36 +70,17 @@ struct Bgl_File_Being_Built {
 };
 
 struct World {
-    std::vector<std::map<std::string, std::string>> areas;
+    std::vector<Area_Fields> areas;
     std::vector<Bgl_File_Being_Built> files;
     std::vector<std::string> junk;
 };
 
 // One airspace boundary: its records, and the box that its outline needs, which is worked
 // out from the points (and the reach of the arcs and circles about their centre).
-struct Boundary_Being_Built {
+struct Boundary_Being_Built : Outline_Box {
     Bytes names;
     Bytes records;
-    double south = 90, west = 180, north = -90, east = -180;
-    double fix_lat = 0, fix_lon = 0;
 
-    void Cover(double lat, double lon) {
-        south = std::min(south, lat);
-        north = std::max(north, lat);
-        west = std::min(west, lon);
-        east = std::max(east, lon);
-    }
-    void Cover_Around_Fix(double radius_nm) {
-        double dlat = radius_nm / 60;
-        double dlon = dlat / std::cos(fix_lat * 3.14159265358979 / 180);
-        Cover(fix_lat - dlat, fix_lon - dlon);
-        Cover(fix_lat + dlat, fix_lon + dlon);
-    }
-    double Nm_From_Fix(double lat, double lon) const {
-        double dy = (lat - fix_lat) * 60;
-        double dx = (lon - fix_lon) * 60 * std::cos(fix_lat * 3.14159265358979 / 180);
-        return std::sqrt(dx * dx + dy * dy);
-    }
     Bytes Children() const {
         const double margin = 0.005;
         return Concat_Bytes(
@@ -278,10 +177,6 @@ void Finish_Airport(World& world, Airport_Being_Built* airport) {
 }
 
 World Read_World(const std::string& path) {
-    std::ifstream in(path);
-    if (!in) {
-        throw Fault("cannot read " + path);
-    }
     World world;
     std::unique_ptr<Airport_Being_Built> airport;
     std::unique_ptr<Boundary_Being_Built> boundary;
@@ -293,161 +188,102 @@ World Read_World(const std::string& path) {
             boundary.reset();
         }
     };
-    std::string line;
-    int line_number = 0;
-    while (std::getline(in, line)) {
-        ++line_number;
-        try {
-            if (!line.empty() && line.back() == '\r') {
-                line.pop_back();
-            }
-            std::vector<std::string> w = Split_Words(line);
-            if (w.empty() || w[0][0] == '#') {
-                continue;
-            }
-            const std::string& what = w[0];
-            if (what == "area") {
-                std::map<std::string, std::string> area{{"Title", w.at(1)}};
-                for (size_t i = 2; i < w.size(); ++i) {
-                    size_t eq = w[i].find('=');
-                    if (eq == std::string::npos) {
-                        throw Fault("expected Key=Value: " + w[i]);
-                    }
-                    area[w[i].substr(0, eq)] = w[i].substr(eq + 1);
-                }
-                world.areas.push_back(area);
-            } else if (what == "bgl") {
-                if (!world.files.empty()) {
-                    finish();
-                }
-                world.files.push_back({w.at(1), {}, {}});
-            } else if (what == "boundary") {
-                if (world.files.empty()) {
-                    throw Fault("a boundary needs a bgl line before it");
-                }
+    Read_Description(path, [&](const std::vector<std::string>& w) {
+        const std::string& what = w[0];
+        if (what == "area") {
+            world.areas.push_back(Area_From(w));
+        } else if (what == "bgl") {
+            if (!world.files.empty()) {
                 finish();
-                boundary = std::make_unique<Boundary_Being_Built>();
-                Append_Bytes(boundary->names,
-                             Boundary_Name_Record(w.at(1), (w.at(1).size() + 4) & ~size_t{3}));
-            } else if (boundary != nullptr) {
-                Apply_Boundary_Line(*boundary, w);
-            } else if (what == "junk") {
-                world.junk.push_back(w.at(1));
-            } else if (what == "airport") {
-                if (world.files.empty()) {
-                    throw Fault("an airport needs a bgl line before it");
-                }
-                finish();
-                airport = std::make_unique<Airport_Being_Built>();
-                airport->entry.ident = w.at(1);
-                airport->stream = Concat_Bytes(
-                    {Reference_Point_Record(Encode_Latitude(Number(w.at(3))),
-                                            Encode_Reference_Longitude(Number(w.at(4)))),
-                     Name_Record(w.at(2), (w.at(2).size() + 4) & ~size_t{3})});
-            } else if (airport == nullptr) {
-                throw Fault(what + " outside an airport");
-            } else if (what == "comm") {
-                Append_Bytes(airport->stream,
-                             Comm_Record(Encode_Frequency(Number(w.at(2))), Comm_Kind(w.at(1))));
-            } else if (what == "runway") {
-                Append_Bytes(airport->stream, Runway_Record(Runway_From(w)));
-                ++airport->runways;
-            } else if (what == "ils" || what == "vor") {
-                bool ils = what == "ils";
-                Navaid_Fields f;
-                f.name = w.at(1) == "-" ? "" : w.at(1);
-                f.name_padded_length = (f.name.size() + 4) & ~size_t{3};
-                f.frequency_word = Encode_Frequency(Number(w.at(2)));
-                f.kind = ils ? 4 : 2;
-                f.heading_raw = ils ? Encode_Heading(Number(w.at(3))) : 0;
-                f.lat_raw = Encode_Latitude(Number(w.at(ils ? 4 : 3)));
-                f.lon_raw = Encode_Longitude(Number(w.at(ils ? 5 : 4)));
-                Append_Bytes(airport->stream, Navaid_Record(f));
-            } else if (what == "taxiway") {
-                airport->network.Line(0, airport->network.Name(w.at(1)), Pair(w.at(2)),
-                                      Pair(w.at(3)), static_cast<int>(Number(w.at(4))));
-            } else if (what == "runway_path") {
-                int32_t runway = static_cast<int32_t>(Number(w.at(1)));
-                if (runway < 0 || runway >= airport->runways) {
-                    throw Fault("runway_path names a runway not yet given");
-                }
-                airport->network.Line(1, runway, Pair(w.at(2)), Pair(w.at(3)),
-                                      static_cast<int>(Number(w.at(4))));
-            } else if (what == "gates") {
-                if (w.size() != 11) {
-                    throw Fault(
-                        "gates \"NAME\" first count x,y dx,dy radius type lane_x LANE join_x");
-                }
-                Network& n = airport->network;
-                int32_t code = Parking_Name_Code(w[1]);
-                int32_t first = static_cast<int32_t>(Number(w[2]));
-                int count = static_cast<int>(Number(w[3]));
-                auto [x, y] = Pair(w[4]);
-                auto [dx, dy] = Pair(w[5]);
-                float radius = static_cast<float>(Number(w[6]));
-                int32_t type = static_cast<int32_t>(Number(w[7]));
-                double lane_x = Number(w[8]);
-                int32_t lane = n.Name(w[9]);
-                double join_x = Number(w[10]);
-                for (int i = 0; i < count; ++i) {
-                    double sx = x + dx * i, sy = y + dy * i;
-                    int32_t spot = static_cast<int32_t>(n.spots.size());
-                    n.spots.push_back({static_cast<float>(sx), static_cast<float>(sy), radius,
-                                       Parking_Code_Word(type, first + i, code)});
-                    int32_t node = n.Node(lane_x, sy);
-                    n.paths.push_back({2, node, spot, 0});
-                    if (i > 0) {
-                        n.paths.push_back({0, n.Node(lane_x, sy - dy), node, lane});
-                    }
-                }
-                n.paths.push_back({0, n.Node(join_x, y), n.Node(lane_x, y), lane});
-            } else {
-                throw Fault("unknown line " + what);
             }
-        } catch (const std::exception& e) {
-            throw Fault(path + ":" + std::to_string(line_number) + ": " + e.what());
+            world.files.push_back({w.at(1), {}, {}});
+        } else if (what == "boundary") {
+            if (world.files.empty()) {
+                throw Fault("a boundary needs a bgl line before it");
+            }
+            finish();
+            boundary = std::make_unique<Boundary_Being_Built>();
+            Append_Bytes(boundary->names,
+                         Boundary_Name_Record(w.at(1), (w.at(1).size() + 4) & ~size_t{3}));
+        } else if (boundary != nullptr) {
+            Apply_Boundary_Line(*boundary, w);
+        } else if (what == "junk") {
+            world.junk.push_back(w.at(1));
+        } else if (what == "airport") {
+            if (world.files.empty()) {
+                throw Fault("an airport needs a bgl line before it");
+            }
+            finish();
+            airport = std::make_unique<Airport_Being_Built>();
+            airport->entry.ident = w.at(1);
+            airport->stream =
+                Concat_Bytes({Reference_Point_Record(Encode_Latitude(Number(w.at(3))),
+                                                     Encode_Reference_Longitude(Number(w.at(4)))),
+                              Name_Record(w.at(2), (w.at(2).size() + 4) & ~size_t{3})});
+        } else if (airport == nullptr) {
+            throw Fault(what + " outside an airport");
+        } else if (what == "comm") {
+            Append_Bytes(airport->stream,
+                         Comm_Record(Encode_Frequency(Number(w.at(2))), Comm_Kind(w.at(1))));
+        } else if (what == "runway") {
+            Append_Bytes(airport->stream, Runway_Record(Runway_From(w)));
+            ++airport->runways;
+        } else if (what == "ils" || what == "vor") {
+            bool ils = what == "ils";
+            Navaid_Fields f;
+            f.name = w.at(1) == "-" ? "" : w.at(1);
+            f.name_padded_length = (f.name.size() + 4) & ~size_t{3};
+            f.frequency_word = Encode_Frequency(Number(w.at(2)));
+            f.kind = ils ? 4 : 2;
+            f.heading_raw = ils ? Encode_Heading(Number(w.at(3))) : 0;
+            f.lat_raw = Encode_Latitude(Number(w.at(ils ? 4 : 3)));
+            f.lon_raw = Encode_Longitude(Number(w.at(ils ? 5 : 4)));
+            Append_Bytes(airport->stream, Navaid_Record(f));
+        } else if (what == "taxiway") {
+            airport->network.Line(0, airport->network.Name(w.at(1)), Pair(w.at(2)), Pair(w.at(3)),
+                                  static_cast<int>(Number(w.at(4))));
+        } else if (what == "runway_path") {
+            int32_t runway = static_cast<int32_t>(Number(w.at(1)));
+            if (runway < 0 || runway >= airport->runways) {
+                throw Fault("runway_path names a runway not yet given");
+            }
+            airport->network.Line(1, runway, Pair(w.at(2)), Pair(w.at(3)),
+                                  static_cast<int>(Number(w.at(4))));
+        } else if (what == "gates") {
+            if (w.size() != 11) {
+                throw Fault("gates \"NAME\" first count x,y dx,dy radius type lane_x LANE join_x");
+            }
+            Network& n = airport->network;
+            int32_t code = Parking_Name_Code(w[1]);
+            int32_t first = static_cast<int32_t>(Number(w[2]));
+            int count = static_cast<int>(Number(w[3]));
+            auto [x, y] = Pair(w[4]);
+            auto [dx, dy] = Pair(w[5]);
+            float radius = static_cast<float>(Number(w[6]));
+            int32_t type = static_cast<int32_t>(Number(w[7]));
+            double lane_x = Number(w[8]);
+            int32_t lane = n.Name(w[9]);
+            double join_x = Number(w[10]);
+            for (int i = 0; i < count; ++i) {
+                double sx = x + dx * i, sy = y + dy * i;
+                int32_t spot = static_cast<int32_t>(n.spots.size());
+                n.spots.push_back({static_cast<float>(sx), static_cast<float>(sy), radius,
+                                   Parking_Code_Word(type, first + i, code)});
+                int32_t node = n.Node(lane_x, sy);
+                n.paths.push_back({2, node, spot, 0});
+                if (i > 0) {
+                    n.paths.push_back({0, n.Node(lane_x, sy - dy), node, lane});
+                }
+            }
+            n.paths.push_back({0, n.Node(join_x, y), n.Node(lane_x, y), lane});
+        } else {
+            throw Fault("unknown line " + what);
         }
-    }
+    });
     if (!world.files.empty()) {
         finish();
     }
     return world;
-}
-
-void Write_Text_File(const fs::path& path, const std::string& text) {
-    fs::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary);
-    out << text;
-    if (!out) {
-        throw Fault("cannot write " + path.string());
-    }
-}
-
-std::string Scenery_Cfg(const World& world) {
-    std::ostringstream cfg;
-    cfg << "[General]\r\nTitle=FS2002 World Scenery\r\nDescription=FS2002 Scenery Data\r\n"
-           "Clean_on_Exit=TRUE\r\n";
-    int index = 1;
-    for (const auto& area : world.areas) {
-        char header[32];
-        std::snprintf(header, sizeof header, "[Area.%03d]", index++);
-        cfg << "\r\n" << header << "\r\n";
-        for (const char* key :
-             {"Title", "Texture_ID", "Remote", "Local", "Layer", "Active", "Required"}) {
-            auto it = area.find(key);
-            cfg << key << "=" << (it == area.end() ? "" : it->second) << "\r\n";
-        }
-    }
-    return cfg.str();
-}
-
-// Variation in whole degrees east, a smooth field that is right for the Pacific Northwest
-// of about 2001 (19.5 degrees east at Seattle) and stays within 30 degrees elsewhere.
-int16_t Variation_Counts(int lat, int lon_index) {
-    double lon = lon_index > 180 ? lon_index - 360 : lon_index;
-    double degrees = 19.5 - 0.45 * (lon + 122) - 0.15 * (lat - 47.5);
-    degrees = std::max(-30.0, std::min(30.0, degrees));
-    return static_cast<int16_t>(std::lround(degrees * 65536 / 360));
 }
 
 } // namespace
@@ -458,12 +294,9 @@ bool Write_Sample_World(const std::string& description_path, const std::string& 
         World world = Read_World(description_path);
         fs::path root(out_folder);
         fs::create_directories(root);
-        Write_Text_File(root / "scenery.cfg", Scenery_Cfg(world));
-        for (const auto& area : world.areas) {
-            std::string local = area.at("Local");
-            std::replace(local.begin(), local.end(), '\\', '/');
-            fs::create_directories(root / local / "scenery");
-        }
+        Write_Text_File(root / "scenery.cfg",
+                        Scenery_Cfg(world.areas, "FS2002 World Scenery", "FS2002 Scenery Data"));
+        Create_Area_Folders(root, world.areas);
         Write_File((root / "Scenery" / "magdec.bgl").string(),
                    Build_Magdec(Magdec_Values(Variation_Counts)));
         for (const auto& file : world.files) {
