@@ -4,12 +4,13 @@
 //
 //   quilmark-bench [--world FS_FOLDER] [--repetitions N] [--only CASE,CASE...]
 //
-// Cases: first_run_scan, later_run_scan, get_airport, redraw_recording_9,
+// Cases: first_run_scan, later_run_scan, fingerprint_check, get_airport, redraw_recording_9,
 // redraw_recording_14, redraw_qt_9, redraw_qt_14, redraw_qt_first_14, diagram_recording,
 // diagram_qt, diagram_qt_first. The scans work in a temporary folder, as the program works
 // in its current directory.
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -36,6 +37,7 @@
 #include "scenery/locate_folders.h"
 #include "scenery/scan_sequence.h"
 #include "scenery/scenery_cfg.h"
+#include "scenery/scenery_fingerprint.h"
 #include "state/chooser_form.h"
 #include "state/form3_data.h"
 #include "state/module1.h"
@@ -152,6 +154,32 @@ struct Bench {
             auto m = Scan(ui, ms, true);
             r.ms.push_back(ms);
             r.note = std::to_string(ui.list.size()) + " list entries";
+        }
+        results.push_back(r);
+    }
+
+    // The later run's look at the scenery, beside a plain stat of the same files.
+    void Fingerprint_Check() {
+        Case_Result r{"scenery fingerprint check", {}, {}, 10, ""};
+        Recording_Chooser_Form ui;
+        double ms = 0;
+        auto m = Scan(ui, ms, false);
+        const Drive_List drives = Drive_List_For_Fs_Path(fs_path);
+        std::vector<std::string> inputs = files.airport_files;
+        inputs.push_back(files.scenery_cfg);
+        inputs.push_back(files.magdec);
+        for (int i = 0; i < repetitions; ++i) {
+            const auto stat_start = Clock::now();
+            for (const std::string& path : inputs) {
+                struct stat st {};
+                ::stat(path.c_str(), &st);
+            }
+            r.read_ms.push_back(Ms_Since(stat_start));
+            const auto start = Clock::now();
+            const Scenery_Check_Rec check = Check_Scenery_Fingerprint(*m, drives);
+            r.ms.push_back(Ms_Since(start));
+            r.note = std::to_string(check.now.bgl_files.size()) + " files, " +
+                     (check.result == Scenery_Check::Same ? "same" : "NOT SAME");
         }
         results.push_back(r);
     }
@@ -338,6 +366,10 @@ struct Bench {
         }
         if (Wanted("later_run_scan")) {
             Later_Run_Scan();
+        }
+        if (Wanted("fingerprint_check")) {
+            Ensure_Database();
+            Fingerprint_Check();
         }
         if (need_list) {
             Keep_List();

@@ -13,6 +13,7 @@
 #include "scenery/locate_folders.h"
 #include "scenery/magdec.h"
 #include "scenery/scenery_cfg.h"
+#include "scenery/scenery_fingerprint.h"
 #include "state/chooser_form.h"
 #include "state/form3_data.h"
 #include "state/module1.h"
@@ -104,8 +105,10 @@ const char* Store_Count_Then_Database(Module1& m, const Pending_File_Rec& databa
 
 // The first-run path: build the database from the scenery, store it and its count. After a
 // damaged database the message about the damage has already said that the file is made
-// again, and the first-run message would wrongly claim a first time.
-void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_damage) {
+// again, and the first-run message would wrongly claim a first time; the same goes for a
+// rebuild. The fingerprint of the scenery goes beside a database that was stored.
+void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_damage,
+                    const Scenery_Fingerprint_Rec* fingerprint) {
     form.database_present = false;
     form.bgl_file_total = 0;
     if (m.fs_version == Fs_Version_2004) {
@@ -143,6 +146,9 @@ void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_d
     ui.Show_Status("Updating Configuration...");
     const char* problem =
         database ? Store_Count_Then_Database(m, *database) : Database_Not_Written_Text;
+    if (problem == nullptr && fingerprint != nullptr) {
+        Store_Scenery_Fingerprint(*fingerprint);
+    }
     if (problem == nullptr) {
         ui.Show_Message(Database_Created_Text, Message_Title, Message_Icon::Information);
     } else {
@@ -152,7 +158,8 @@ void Build_Database(Module1& m, Form3_Data& form, Chooser_Form& ui, bool after_d
     Set_Empty_Bar(form, ui);
 }
 
-void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui, Scan_Request request,
+          Scenery_Changes_Rec* changes) {
     ui.Enable_Controls(false);
     form.drives = Drive_List_For_Fs_Path(m.fs_path);
 
@@ -203,10 +210,34 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     const bool database_found = Database_File_Exists();
     form.database_present = database_found;
     ui.Stop_Scan_Timer();
+    // The scenery against the one the database was built from, where there is scenery.cfg
+    // to build from.
+    std::optional<Scenery_Check_Rec> check;
+    if (m.fs_version == 1 && !scenery_cfg_missing) {
+        check = Check_Scenery_Fingerprint(m, form.drives);
+        if (changes != nullptr) {
+            *changes = check->changes;
+        }
+    }
+    const Scenery_Fingerprint_Rec* fingerprint = check ? &check->now : nullptr;
+    if (database_found && check &&
+        (request == Scan_Request::Rebuild || check->result == Scenery_Check::Changed)) {
+        // The old database stays in place until the new one is complete.
+        if (request == Scan_Request::Usual) {
+            ui.Show_Message(Scenery_Changed_Text(check->changes), Message_Title,
+                            Message_Icon::Information);
+        }
+        Build_Database(m, form, ui, true, fingerprint);
+        return;
+    }
     if (database_found) {
         ui.Show_Status("Reading Database File...");
         if (Read_Airport_Database(Database_File_Name, m.airport_count, m.airports) ==
             Database_Read_Result::Ok) {
+            // A database from before fingerprints: the scenery as it is now is its own.
+            if (check && check->result == Scenery_Check::No_Fingerprint) {
+                Store_Scenery_Fingerprint(check->now);
+            }
             Finish(m, ui);
             return;
         }
@@ -224,8 +255,10 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     if (database_found) {
         // Never half a list: the file is rebuilt as on a first run.
         ui.Show_Message(Database_Damaged_Text, Message_Title, Message_Icon::Information);
+    } else {
+        Remove_Scenery_Fingerprint();
     }
-    Build_Database(m, form, ui, database_found);
+    Build_Database(m, form, ui, database_found, fingerprint);
 }
 
 } // namespace
@@ -277,9 +310,10 @@ void Fill_Airport_List(const Module1& m, Chooser_Form& ui) {
     }
 }
 
-void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui, Scan_Request request,
+                      Scenery_Changes_Rec* changes) {
     try {
-        Scan(m, form, ui);
+        Scan(m, form, ui, request, changes);
     } catch (const std::bad_alloc&) {
         // A scenery beyond the machine's memory: what was read goes, nothing is written,
         // and the chooser stays usable with an empty list.

@@ -12,12 +12,20 @@ namespace quilmark {
 class Chooser_Form;
 struct Form3_Data;
 struct Module1;
+struct Scenery_Changes_Rec;
+
+// A usual run, or one that makes the airport list again whatever the scenery's fingerprint
+// says (the chooser's "Rebuild airport list").
+enum class Scan_Request { Usual, Rebuild };
 
 // One run, as the chooser's timer starts it once per load of the form. The program's two
 // files are looked for in the process's current directory. A missing magdec.bgl or
 // scenery.cfg is reported; without scenery.cfg no database is built or replaced. Running
-// out of memory is reported too, and leaves an empty list.
-void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui);
+// out of memory is reported too, and leaves an empty list. A database whose scenery has
+// changed since it was built is built again; what changed goes to changes if given.
+void Run_Scenery_Scan(Module1& m, Form3_Data& form, Chooser_Form& ui,
+                      Scan_Request request = Scan_Request::Usual,
+                      Scenery_Changes_Rec* changes = nullptr);
 
 // The database build: every BGL file of the areas "Airport and Facilities Data" with
 // Required "TRUE", decoded into m.airports; the progress bar advances by one a file.

@@ -46,6 +46,8 @@ Form3::Form3(Form_Flow& flow, Module1& module)
     QMenu* about = menuBar()->addMenu("About");
     QAction* quilmark_menu = about->addAction("Quilmark v1.1");
     connect(quilmark_menu, &QAction::triggered, this, [this] { flow_.Show_Form(Form_Id::Form6); });
+    rebuild_menu = menuBar()->addAction("Rebuild airport list");
+    connect(rebuild_menu, &QAction::triggered, this, [this] { Rebuild_Airport_List(); });
 
     Frame1 = new QGroupBox("Airports list", client);
     Frame1->setGeometry(Twips(120), Twips(120), Twips(4815), Twips(1215));
@@ -107,8 +109,21 @@ void Form3::Read_Sceneries_Paths_Timer() {
     if (scan_started_) {
         return;
     }
+    Run_Scan(Scan_Request::Usual);
+}
+
+void Form3::Rebuild_Airport_List() {
+    // Before the first scan has begun, the rebuild takes its place.
+    Read_Sceneries_Paths.stop();
+    Combo1->clear();
+    Combo1->setEditText(Combo1_Hint);
+    data->database_present = false;
+    Run_Scan(Scan_Request::Rebuild);
+}
+
+void Form3::Run_Scan(Scan_Request request) {
     scan_started_ = true;
-    Run_Scenery_Scan(module_, *data, *this);
+    Run_Scenery_Scan(module_, *data, *this, request);
     // Ready for typing: the focus in the airport box, with its hint chosen whole.
     if (Combo1->isEnabled()) {
         Combo1->setFocus();
@@ -201,6 +216,8 @@ void Form3::Enable_Controls(bool enabled) {
     Combo1->setEnabled(enabled);
     Command3->setEnabled(enabled);
     Command2->setEnabled(enabled);
+    // No second scan from the menu while one runs (its message boxes let the menu work).
+    rebuild_menu->setEnabled(enabled);
 }
 
 void Form3::Add_List_Entry(const std::string& text) {

@@ -9,9 +9,11 @@
 #include <optional>
 #include <vector>
 
+#include "scenery/scan_sequence.h"
 #include "state/chooser_form.h"
 #include "state/form_flow.h"
 
+class QAction;
 class QComboBox;
 class QGroupBox;
 class QLabel;
@@ -33,6 +35,9 @@ class Form3 : public QMainWindow, public Chooser_Form {
     void Read_Sceneries_Paths_Timer();
     void Command3_Click(); // GET AIRPORT
     void Command2_Click(); // CLOSE_PROGRAM
+    // "Rebuild airport list": the list made again from the scenery now, the old database
+    // kept until the new one is written.
+    void Rebuild_Airport_List();
     // The end of the program from this form: by its button or its close box.
     void Close_Program();
     // The chosen entry: its text if an entry of the list is chosen, else nothing.
@@ -61,6 +66,7 @@ class Form3 : public QMainWindow, public Chooser_Form {
     QProgressBar* ProgressBar1 = nullptr;
     QPushButton* Command3 = nullptr;
     QPushButton* Command2 = nullptr;
+    QAction* rebuild_menu = nullptr;
     QTimer Read_Sceneries_Paths;
     std::unique_ptr<Form3_Data> data;
 
@@ -70,6 +76,7 @@ class Form3 : public QMainWindow, public Chooser_Form {
 
   private:
     void Flush_List();
+    void Run_Scan(Scan_Request request);
     Form_Flow& flow_;
     Module1& module_;
     float progress_min_ = 0;

@@ -113,6 +113,11 @@ void Json_Out::Null() {
     text_ += "null";
 }
 
+void Json_Out::Bool(bool value) {
+    Before_Value();
+    text_ += value ? "true" : "false";
+}
+
 void Json_Out::Line_Break() {
     text_ += '\n';
 }

@@ -22,6 +22,7 @@ class Json_Out {
     void Ansi_Text(std::string_view ansi);
     void Utf8_Text(std::string_view utf8);
     void Null();
+    void Bool(bool value);
     // A line break between elements of the top-level lists keeps large output readable.
     void Line_Break();
     const std::string& Text() const { return text_; }

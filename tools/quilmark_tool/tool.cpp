@@ -24,6 +24,7 @@
 #include "scenery/fs2004_scan.h"
 #include "scenery/magdec.h"
 #include "scenery/scan_sequence.h"
+#include "scenery/scenery_fingerprint.h"
 #include "state/chooser_form.h"
 #include "state/form3_data.h"
 #include "state/module1.h"
@@ -154,22 +155,46 @@ void Write_Progress(Json_Out& json, const Recording_Chooser_Form& ui) {
 // Reads the configuration file of the current directory and runs one scan, answering OK
 // to every message. False (with a message) if there is no configuration file.
 bool Start_Like_The_Program(Module1& module, Form3_Data& form, Recording_Chooser_Form& ui,
-                            std::ostream& err) {
+                            std::ostream& err, Scan_Request request = Scan_Request::Usual,
+                            Scenery_Changes_Rec* changes = nullptr) {
     if (Read_Config_File(module, Config_File_Name) != Config_Status::Ok) {
         err << "quilmark-tool: no readable " << Config_File_Name
             << " in the current directory (quilmark-tool init FS_PATH writes one)\n";
         return false;
     }
     form.database_present = false;
-    Run_Scenery_Scan(module, form, ui);
+    Run_Scenery_Scan(module, form, ui, request, changes);
     return true;
 }
 
-int Command_Scan(const Command_Args&, std::ostream& out, std::ostream& err) {
+// The files that differ from the scenery the database was built from, by native path.
+void Write_Scenery_Changes(Json_Out& json, const Scenery_Changes_Rec& changes) {
+    json.Begin_Object();
+    json.Key("scenery_cfg");
+    json.Bool(changes.scenery_cfg);
+    json.Key("magdec");
+    json.Bool(changes.magdec);
+    for (const auto& [key, files] :
+         {std::pair{"added", &changes.added}, std::pair{"changed", &changes.changed},
+          std::pair{"removed", &changes.removed}}) {
+        json.Key(key);
+        json.Begin_Array();
+        for (const std::string& file : *files) {
+            json.Utf8_Text(file);
+        }
+        json.End_Array();
+    }
+    json.End_Object();
+}
+
+int Command_Scan(const Command_Args& args, std::ostream& out, std::ostream& err) {
     auto module = std::make_unique<Module1>();
     auto form = std::make_unique<Form3_Data>();
     Recording_Chooser_Form ui;
-    if (!Start_Like_The_Program(*module, *form, ui, err)) {
+    Scenery_Changes_Rec changes;
+    const Scan_Request request =
+        args.options.empty() ? Scan_Request::Usual : Scan_Request::Rebuild; // --rebuild
+    if (!Start_Like_The_Program(*module, *form, ui, err, request, &changes)) {
         return 1;
     }
     Json_Out json;
@@ -191,6 +216,12 @@ int Command_Scan(const Command_Args&, std::ostream& out, std::ostream& err) {
     }
     json.End_Array();
     json.Line_Break();
+    // Only a scan that found the scenery changed tells of it.
+    if (changes.Any()) {
+        json.Key("scenery_changes");
+        Write_Scenery_Changes(json, changes);
+        json.Line_Break();
+    }
     json.Key("progress");
     Write_Progress(json, ui);
     json.Line_Break();
@@ -502,7 +533,7 @@ const std::vector<Command>& Commands() {
          Command_Bgl},
         {{"init", "[--fs-version 1|2] FS_PATH", {"FS_PATH"}, false, {{"--fs-version", "1|2"}}},
          Command_Init},
-        {{"scan", "", {}, false, {}}, Command_Scan},
+        {{"scan", "[--rebuild]", {}, false, {{"--rebuild", nullptr}}}, Command_Scan},
         {{"db", "FILE COUNT", {"FILE", "COUNT"}, false, {}}, Command_Db},
         {{"fetch", "\"ENTRY\"", {"ENTRY"}, false, {}}, Command_Fetch},
         {{"chart",

@@ -1,7 +1,8 @@
 // Walks the desktop program through its forms on the sample world and saves a picture of
 // each: the splash, the wizard (also finding a simulator in a Wine prefix of its own), the
 // chooser with its list, the chart of the sample world's major airport, its About box,
-// and the message of a chart that can't reach the simulator, above that chart. Run under
+// the message of a chart that can't reach the simulator, above that chart, and the notice
+// of a chooser that finds the scenery changed since its list was made. Run under
 // an X server with a window manager by scripts/screenshots.sh.
 #include <QApplication>
 #include <QComboBox>
@@ -14,6 +15,8 @@
 #include <iostream>
 
 #include "dialogs/qt_form6.h"
+#include "platform/native_paths.h"
+#include "scenery/scenery_fingerprint.h"
 #include "shell/qt_form1.h"
 #include "shell/qt_form2.h"
 #include "shell/qt_form3.h"
@@ -71,6 +74,19 @@ std::string Make_Home_With_Prefix(const std::filesystem::path& home) {
     return (c / "Program Files/Microsoft Games").string();
 }
 
+// The work folder's fingerprint as if one airport file had since been replaced and another
+// removed, so that the next chooser tells of it; the simulator's folder stays untouched.
+void Age_Fingerprint() {
+    std::optional<std::string> bytes = Read_Whole_File(Fingerprint_File_Name, 1 << 20);
+    std::optional<Scenery_Fingerprint_Rec> f =
+        bytes ? Decode_Scenery_Fingerprint(*bytes) : std::nullopt;
+    if (f && !f->bgl_files.empty()) {
+        f->bgl_files.front().time -= 1;
+        f->bgl_files.push_back({f->bgl_files.back().path + ".old.bgl", 1, 0});
+        Write_File_Replacing(Fingerprint_File_Name, Encode_Scenery_Fingerprint(*f));
+    }
+}
+
 } // namespace
 
 } // namespace quilmark
@@ -97,6 +113,7 @@ int main(int argc, char** argv) {
     // as the program opens it, is pictured with its form, and is answered.
     Program_Services services;
     std::string pictured_message;
+    std::string pictured_file = "chart-message.png";
     bool ok = true;
     services.show_message = [&](QWidget* owner, const std::string& text, const std::string& title,
                                 Message_Icon icon) {
@@ -108,7 +125,7 @@ int main(int argc, char** argv) {
         QTimer::singleShot(1000, [&, owner] {
             QWidget* box = QApplication::activeModalWidget();
             if (box != nullptr) {
-                ok = Save_Screen({owner, box}, (out / "chart-message.png").string()) && ok;
+                ok = Save_Screen({owner, box}, (out / pictured_file).string()) && ok;
                 box->close();
             }
         });
@@ -176,6 +193,16 @@ int main(int argc, char** argv) {
     simulator_running = false;
     pictured_message = "This program couldn't connect";
     program.form3->Command3_Click();
+    Settle();
+
+    // Back to the chooser after the scenery has changed: the notice above it.
+    program.Unload_Form(Form_Id::Form4);
+    Age_Fingerprint();
+    program.Show_Form(Form_Id::Form3);
+    Settle();
+    pictured_message = "The scenery has changed";
+    pictured_file = "scenery-changed.png";
+    program.form3->Read_Sceneries_Paths_Timer();
     Settle();
     program.End_Program();
     return ok ? 0 : 1;
