@@ -213,7 +213,7 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui, Scan_Request request,
     // The scenery against the one the database was built from, where there is scenery.cfg
     // to build from.
     std::optional<Scenery_Check_Rec> check;
-    if (m.fs_version == 1 && !scenery_cfg_missing) {
+    if ((m.fs_version == 1 || m.fs_version == Fs_Version_2004) && !scenery_cfg_missing) {
         check = Check_Scenery_Fingerprint(m, form.drives);
         if (changes != nullptr) {
             *changes = check->changes;

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "fs2004/area_order.h"
 #include "platform/native_paths.h"
+#include "scenery/fs2004_scan.h"
 #include "scenery/scan_sequence.h"
 #include "state/module1.h"
 
@@ -138,11 +140,24 @@ Scenery_Fingerprint_Rec Take_Scenery_Fingerprint(const Module1& m, const Drive_L
         f.scenery_cfg_size = static_cast<int64_t>(cfg->size());
         f.scenery_cfg_hash = Hash_Bytes(*cfg);
     }
-    f.magdec = Stamp_File(Resolve_Native_Path(drives, m.fs_path + "\\scenery\\magdec.bgl"));
+    // An FS2004 world keeps magdec.bgl deeper, and its airports lie in every active area.
+    const bool fs2004 = m.fs_version == Fs_Version_2004;
+    f.magdec = Stamp_File(Resolve_Native_Path(
+        drives, fs2004 ? Fs2004_Magdec_Path(m.fs_path) : m.fs_path + "\\scenery\\magdec.bgl"));
+    std::vector<size_t> areas;
+    if (fs2004) {
+        areas = Fs2004_Area_Order(m.scenery_areas, m.scenery_area_count);
+    } else {
+        for (int16_t i = 0; i < m.scenery_area_count; ++i) {
+            if (Is_Airport_Area(m.scenery_areas[static_cast<size_t>(i)])) {
+                areas.push_back(static_cast<size_t>(i));
+            }
+        }
+    }
     std::string last_folder;
-    for (int16_t i = 0; i < m.scenery_area_count; ++i) {
-        const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(i)];
-        if (!Is_Airport_Area(area) || area.Local == last_folder) {
+    for (const size_t i : areas) {
+        const Scenery_Area& area = m.scenery_areas[i];
+        if (area.Local == last_folder) {
             continue;
         }
         last_folder = area.Local;

@@ -75,6 +75,29 @@ TEST(Fs2004World, SampleWorldIsLaidByLayerAndFetched) {
     EXPECT_TRUE(fetch.handed_over);
 }
 
+TEST(Fs2004World, ANewAddOnIsNoticedAtTheNextStart) {
+    Work_Dir dir("fs2004-changes");
+    const std::filesystem::path world = dir.Path() / "FS2004";
+    std::filesystem::copy(Fs2004_Sample_World(), world, std::filesystem::copy_options::recursive);
+    auto scan = [&] {
+        auto m = std::make_unique<Module1>();
+        auto form = std::make_unique<Form3_Data>();
+        EXPECT_EQ(Read_Config_File(*m, Config_File_Name), Config_Status::Ok);
+        Recording_Chooser_Form ui;
+        Run_Scenery_Scan(*m, *form, ui);
+        return ui.messages;
+    };
+    Module1 m;
+    ASSERT_EQ(Write_Chosen_Config(m, Fs_Version_2004, world.string()), Config_Status::Ok);
+    scan();
+    EXPECT_TRUE(scan().empty());
+    std::filesystem::copy_file(world / "Addon Scenery/Renton/scenery/AF2_KRNT.bgl",
+                               world / "Addon Scenery/Renton/scenery/AF2_KRNT2.bgl");
+    const std::vector<Shown_Message> later = scan();
+    ASSERT_EQ(later.size(), 2u); // the notice, then the database made
+    EXPECT_NE(later[0].text.find(": 1 file added."), std::string::npos);
+}
+
 TEST(Fs2004World, AreasAreLaidActiveOnlyByLayerEachFolderOnce) {
     Module1 m;
     const struct {
