@@ -62,14 +62,15 @@ class Chart_Area : public QWidget {
         QPainter p(this);
         p.fillRect(rect(), Qt::white);
         if (Diagram()) {
-            p.drawImage(0, 0, form_.diagram_buffer);
+            p.fillRect(0, 0, width(), Form4::Diagram_Top, palette().window());
+            p.drawImage(0, Form4::Diagram_Top, form_.diagram_buffer);
             return;
         }
         p.drawImage(0, 0, form_.back_buffer);
     }
     void mousePressEvent(QMouseEvent* event) override {
         if (Diagram()) {
-            dragging_ = event->button() == Qt::LeftButton;
+            dragging_ = event->button() == Qt::LeftButton && On_Diagram(event->position());
             last_ = event->position();
             return;
         }
@@ -93,8 +94,9 @@ class Chart_Area : public QWidget {
             mousePressEvent(event); // a double click is two clicks
             return;
         }
-        if (event->button() == Qt::LeftButton) {
-            form_.Diagram_Center_At(event->position().x(), event->position().y());
+        if (event->button() == Qt::LeftButton && On_Diagram(event->position())) {
+            form_.Diagram_Center_At(event->position().x(),
+                                    event->position().y() - Form4::Diagram_Top);
         }
     }
     void wheelEvent(QWheelEvent* event) override {
@@ -104,12 +106,12 @@ class Chart_Area : public QWidget {
         }
         const double notches = event->angleDelta().y() / Wheel_Notch;
         form_.Diagram_Zoom(std::pow(Diagram_Zoom_Step, notches), event->position().x(),
-                           event->position().y());
+                           std::max(0.0, event->position().y() - Form4::Diagram_Top));
     }
     void resizeEvent(QResizeEvent* event) override {
         QWidget::resizeEvent(event);
         if (Diagram()) {
-            form_.Diagram_Resize(width(), height());
+            form_.Diagram_Resize(width(), height() - Form4::Diagram_Top);
         }
     }
     void contextMenuEvent(QContextMenuEvent* event) override {
@@ -118,6 +120,7 @@ class Chart_Area : public QWidget {
 
   private:
     bool Diagram() const { return form_.style == Chart_Style::Diagram; }
+    static bool On_Diagram(QPointF at) { return at.y() >= Form4::Diagram_Top; }
     Form4& form_;
     bool dragging_ = false;
     QPointF last_;
@@ -147,15 +150,11 @@ Form4::Form4(Form_Flow& flow, Module1& module, Link_Transport_Maker make_link_tr
     connect(quilmark_abot2, &QAction::triggered, this, [this] { flow_.Show_Form(Form_Id::Form6); });
 
     Label1 = new QLabel("Altimeter: 0", chart_area);
-    Label1->setGeometry(Twips(120), Twips(120), Twips(1455), Twips(255));
     Label1->setAutoFillBackground(true); // the chart doesn't show through the reading
-    Fit_Width(Label1);
     Command2 = new QPushButton("Zoom in", chart_area);
-    Command2->setGeometry(Twips(120), Twips(2880), Twips(1095), Twips(375));
     Command3 = new QPushButton("Center", chart_area);
-    Command3->setGeometry(Twips(1440), Twips(2880), Twips(1095), Twips(375));
     Command4 = new QPushButton("Zoom out", chart_area);
-    Command4->setGeometry(Twips(2760), Twips(2880), Twips(1095), Twips(375));
+    Place_Controls();
     setTabOrder(Command2, Command3);
     setTabOrder(Command3, Command4);
     connect(Command2, &QPushButton::clicked, this, [this] { Command2_Click(); });
@@ -290,7 +289,7 @@ void Form4::Form_MouseDown(Qt::MouseButton button, int x, int y) {
 void Form4::Zoom(bool in) {
     if (style == Chart_Style::Diagram) {
         const double factor = in ? Diagram_Button_Zoom : 1 / Diagram_Button_Zoom;
-        Diagram_Zoom(factor, chart_area->width() / 2.0, chart_area->height() / 2.0);
+        Diagram_Zoom(factor, diagram_view.width / 2.0, diagram_view.height / 2.0);
         return;
     }
     Timer1.stop();
@@ -346,10 +345,30 @@ void Form4::Timer1_Timer() {
 
 void Form4::Fit_Diagram() {
     const int width = std::max(1, chart_area->width());
-    const int height = std::max(1, chart_area->height());
+    const int height = std::max(1, chart_area->height() - Diagram_Top);
     diagram_view = Fit_Diagram_View(module_.current_airport, width, height,
                                     Diagram_Frame_Insets(width, height));
     diagram_fitted = true;
+}
+
+void Form4::Place_Controls() {
+    if (style == Chart_Style::Classic) {
+        Label1->setGeometry(Twips(120), Twips(120), Twips(1455), Twips(255));
+        Fit_Width(Label1);
+        Command2->setGeometry(Twips(120), Twips(2880), Twips(1095), Twips(375));
+        Command3->setGeometry(Twips(1440), Twips(2880), Twips(1095), Twips(375));
+        Command4->setGeometry(Twips(2760), Twips(2880), Twips(1095), Twips(375));
+        return;
+    }
+    // One row: the three buttons, then the reading.
+    const int top = (Diagram_Top - Twips(375)) / 2;
+    int left = Twips(120);
+    for (QPushButton* button : {Command2, Command3, Command4}) {
+        button->setGeometry(left, top, Twips(1095), Twips(375));
+        left += Twips(1095) + Twips(120);
+    }
+    Label1->setGeometry(left + Twips(120), (Diagram_Top - Twips(255)) / 2, Twips(1455), Twips(255));
+    Fit_Width(Label1);
 }
 
 void Form4::Redraw_Diagram() {
@@ -367,10 +386,12 @@ void Form4::Set_Style(Chart_Style new_style) {
     const bool diagram = style == Chart_Style::Diagram;
     (diagram ? diagram_style : classic_style)->setChecked(true);
     night_colours->setEnabled(diagram);
+    Place_Controls();
     if (diagram) {
         // The window may have been resized while the classic chart showed.
         if (diagram_fitted) {
-            Resize_Diagram(diagram_view, chart_area->width(), chart_area->height());
+            Resize_Diagram(diagram_view, chart_area->width(),
+                           std::max(1, chart_area->height() - Diagram_Top));
         }
         Redraw_Diagram();
     } else {
@@ -419,7 +440,7 @@ void Form4::keyPressEvent(QKeyEvent* event) {
         const int key = event->key();
         if (key == Qt::Key_Plus || key == Qt::Key_Equal || key == Qt::Key_Minus) {
             const double step = key == Qt::Key_Minus ? 1 / Diagram_Zoom_Step : Diagram_Zoom_Step;
-            Diagram_Zoom(step, chart_area->width() / 2.0, chart_area->height() / 2.0);
+            Diagram_Zoom(step, diagram_view.width / 2.0, diagram_view.height / 2.0);
             return;
         }
     }
@@ -490,7 +511,13 @@ void Form4::Print_On(QPrinter& printer) {
 }
 
 void Form4::Print_Click() {
+    if (!diagram_fitted) {
+        Fit_Diagram();
+    }
     QPrinter printer(QPrinter::HighResolution);
+    // The page turned the way the window is, so that what it shows fills the paper.
+    printer.setPageOrientation(diagram_view.width > diagram_view.height ? QPageLayout::Landscape
+                                                                        : QPageLayout::Portrait);
     QPrintDialog dialog(&printer, this);
     dialog.setWindowTitle(QStringLiteral("Print"));
     if (dialog.exec() == QDialog::Accepted) {

@@ -65,7 +65,10 @@ class Form4 : public QMainWindow {
     // The diagram on the printer's page: the ground the window's diagram shows, as large
     // as the page allows, with its frame, in day colours.
     void Print_On(QPrinter& printer);
-    // The diagram's hand controls, in pixels of the chart area.
+    // In the diagram style the altimeter and the buttons stand in a row above the
+    // diagram, which takes the chart area below it: its pixels start this far down.
+    static constexpr int Diagram_Top = 33;
+    // The diagram's hand controls, in pixels of the diagram.
     void Diagram_Zoom(double factor, double x, double y);
     void Diagram_Pan(double dx, double dy);
     void Diagram_Center_At(double x, double y);
@@ -104,6 +107,8 @@ class Form4 : public QMainWindow {
     void Take_Pixel_Size();
     void Zoom(bool in);
     void Fit_Diagram();
+    // The label and the buttons where the style has them.
+    void Place_Controls();
     Form_Flow& flow_;
     Module1& module_;
     Link_Transport_Maker make_link_transport_;

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPrinter>
+#include <QPushButton>
 #include <QWheelEvent>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -30,17 +31,17 @@ struct Quiet_Flow final : Form_Flow {
     void End_Program() override {}
 };
 
-// The ground under a pixel of the chart area.
+// The ground under a pixel of the chart area, below the row of controls.
 std::pair<double, double> Ground(const Form4& form, QPointF at) {
     double lat = 0, lon = 0;
-    Diagram_Pixel_To_Geo(form.diagram_view, {at.x(), at.y()}, lat, lon);
+    Diagram_Pixel_To_Geo(form.diagram_view, {at.x(), at.y() - Form4::Diagram_Top}, lat, lon);
     return {lat, lon};
 }
 
 // How far in pixels a point of the ground lies from a pixel of the chart area now.
 double Off_By(const Form4& form, std::pair<double, double> ground, QPointF at) {
     const Point_F_Rec p = Diagram_Geo_To_Pixel(form.diagram_view, ground.first, ground.second);
-    return std::hypot(p.x - at.x(), p.y - at.y());
+    return std::hypot(p.x - at.x(), p.y + Form4::Diagram_Top - at.y());
 }
 
 void Send_Mouse(QWidget* to, QEvent::Type type, QPointF at, Qt::MouseButtons held) {
@@ -65,8 +66,10 @@ TEST(ChartWindow, DiagramStyleZoomsPansCentresAndKeepsItsViewOnResize) {
     form.Set_Style(Chart_Style::Diagram);
     QWidget* area = form.chart_area;
     const double ratio = area->devicePixelRatioF();
-    EXPECT_EQ(form.diagram_buffer.size(), area->size() * ratio);
     EXPECT_EQ(form.diagram_view.width, area->width());
+    EXPECT_EQ(form.diagram_view.height, area->height() - Form4::Diagram_Top);
+    EXPECT_EQ(form.diagram_buffer.size(),
+              QSize(form.diagram_view.width, form.diagram_view.height) * ratio);
 
     // The wheel: one notch closer, the ground under the cursor stays under it.
     const QPointF cursor(200, 150);
@@ -95,6 +98,7 @@ TEST(ChartWindow, DiagramStyleZoomsPansCentresAndKeepsItsViewOnResize) {
     Send_Mouse(area, QEvent::MouseButtonDblClick, {100, 120}, Qt::LeftButton);
     EXPECT_NEAR(form.diagram_view.center_lat, target.first, 1e-9);
     EXPECT_NEAR(form.diagram_view.center_lon, target.second, 1e-9);
+    EXPECT_EQ(form.Command2->y(), 4); // the buttons in the row above the diagram
 
     // A new size keeps the middle and the scale.
     const Diagram_View_Rec kept = form.diagram_view;
@@ -107,18 +111,20 @@ TEST(ChartWindow, DiagramStyleZoomsPansCentresAndKeepsItsViewOnResize) {
     // Export at the view's size; print to a PDF page.
     const std::string png = dir.Sub("diagram.png");
     EXPECT_EQ(form.Export_To(png), "");
-    EXPECT_EQ(QImage(QString::fromStdString(png)).size(), area->size());
+    EXPECT_EQ(QImage(QString::fromStdString(png)).size(),
+              QSize(form.diagram_view.width, form.diagram_view.height));
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(QString::fromStdString(dir.Sub("printed.pdf")));
     form.Print_On(printer);
     EXPECT_GT(QFile(QString::fromStdString(dir.Sub("printed.pdf"))).size(), 10000);
 
-    // Back to the classic chart: its own view never moved.
+    // Back to the classic chart: its own view never moved, its buttons are back in place.
     const Chart_View classic = form.view;
     form.Set_Style(Chart_Style::Classic);
     EXPECT_EQ(form.view.view_left, classic.view_left);
     EXPECT_EQ(form.view.zoom_level, classic.zoom_level);
+    EXPECT_EQ(form.Command2->geometry(), QRect(8, 192, 73, 25));
     form.Form_Unload();
 }
 
