@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Records everything the program puts out on the sample world and the full-size world: the
 # database and settings files, the JSON of every quilmark-tool command, the chart's drawing
-# operations at every zoom level, PNG and SVG charts, and pictures of the desktop program's
-# windows. A change that must leave behaviour alone is checked by recording with the
-# programs of the tree before it and after it, and comparing the two folders:
+# operations at every zoom level, PNG and SVG charts and diagrams, and pictures of the
+# desktop program's windows. A change that must leave behaviour alone is checked by
+# recording with the programs of the tree before it and after it, and comparing the two
+# folders:
 #
 #   bash scripts/record_outputs.sh OLD_BIN WORLDS before
 #   bash scripts/record_outputs.sh build WORLDS after
@@ -111,6 +112,15 @@ print(best["ident"] + " (" + best["name"] + ")")' "$out/$tag-db.out")")
                 --aircraft 47.4600,-122.3080,180 --out "$out/$tag-z$zoom.$kind"
         done
     done
+    # The airport diagram as the command line draws it, and the trip kit (a PDF carries its
+    # time of making: only what the command says is kept).
+    for kind in png svg; do
+        run "$tag-diagram-$kind" chart "$last" --style diagram --size 1200x900 \
+            --aircraft 47.4600,-122.3080,180 --out "$out/$tag-diagram.$kind"
+    done
+    run "$tag-diagram-night" chart "$last" --style diagram --night \
+        --out "$out/$tag-diagram-night.png"
+    run "$tag-kit" kit "$last" --out "$work/$tag-kit.pdf"
     run "$tag-fetch-unknown" fetch "NOWHERE (NO SUCH AIRPORT)"
 }
 
@@ -123,13 +133,15 @@ fi
 cd "$work"
 run help --help
 run version --version
-for command in bgl init scan db fetch chart link; do
+for command in bgl init scan db fetch chart kit link; do
     run "help-$command" "$command" --help
 done
 run no-command
 run unknown-command frobnicate
 run chart-bad-zoom chart "X" --zoom 21 --ops
 run chart-both chart "X" --ops --out x.png
+run chart-diagram-ops chart "X" --style diagram --ops
+run kit-no-out kit "X"
 run link-nothing-listening link --port 1
 run db-missing db none.dat 3
 

@@ -1,11 +1,12 @@
-# The Qt side: the QPainter surface, image export and the desktop forms in one static
-# library, and its test binary. Sources are the files named qt_*.cpp under src/, which
-# the core leaves out.
-find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets Svg)
+# The Qt side: the QPainter surface, image export, printing and the desktop forms in one
+# static library, and its test binary. Sources are the files named qt_*.cpp under src/,
+# which the core leaves out.
+find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets Svg PrintSupport)
 
 file(GLOB QUILMARK_UI_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/*/qt_*.cpp)
 add_library(quilmark_ui STATIC ${QUILMARK_UI_SOURCES})
-target_link_libraries(quilmark_ui PUBLIC quilmark_core quilmark_net Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Svg)
+target_link_libraries(quilmark_ui PUBLIC quilmark_core quilmark_net Qt6::Core Qt6::Gui Qt6::Widgets Qt6::Svg
+                                         Qt6::PrintSupport)
 target_compile_options(quilmark_ui PRIVATE ${QUILMARK_WARNINGS})
 set_target_properties(quilmark_ui PROPERTIES AUTOMOC ON)
 

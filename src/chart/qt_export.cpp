@@ -1,5 +1,6 @@
 #include "chart/qt_export.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
 #include <QPageLayout>
@@ -9,12 +10,29 @@
 #include <QSvgGenerator>
 
 #include "chart/qt_surface.h"
+#include "platform/native_paths.h"
 
 namespace quilmark {
 
 namespace {
 
 constexpr int Export_Dpi = 96;
+
+std::string Write_Failed(const QString& path) {
+    return "Could not write the image " + path.toStdString() + ".";
+}
+
+// A file is made in memory and then put in its place through a temporary file beside it,
+// so that a failed or stopped export never leaves a half-written file, nor spoils one that
+// was there before.
+std::string Put_In_Place(const QString& path, const QByteArray& bytes) {
+    if (!Write_File_Replacing(
+            path.toStdString(),
+            std::string_view(bytes.constData(), static_cast<size_t>(bytes.size())))) {
+        return Write_Failed(path);
+    }
+    return "";
+}
 
 void Paint_Chart(QPainter& painter, int32_t width, int32_t height, const Chart_Paint& paint) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -34,35 +52,42 @@ std::string Write_Png(const QString& path, int32_t width, int32_t height,
     QPainter painter(&image);
     Paint_Chart(painter, width, height, paint);
     painter.end();
-    if (!image.save(path, "PNG")) {
-        return "Could not write the image " + path.toStdString() + ".";
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) {
+        return Write_Failed(path);
     }
-    return "";
+    buffer.close();
+    return Put_In_Place(path, bytes);
 }
 
 std::string Write_Svg(const QString& path, int32_t width, int32_t height,
                       const Chart_Paint& paint) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
     QSvgGenerator generator;
-    generator.setFileName(path);
+    generator.setOutputDevice(&buffer);
     generator.setSize(QSize(width, height));
     generator.setViewBox(QRect(0, 0, width, height));
     generator.setResolution(Export_Dpi);
     generator.setTitle(QStringLiteral("Quilmark chart"));
     QPainter painter;
     if (!painter.begin(&generator)) {
-        return "Could not write the image " + path.toStdString() + ".";
+        return Write_Failed(path);
     }
     Paint_Chart(painter, width, height, paint);
     painter.end();
-    if (!QFileInfo::exists(path)) {
-        return "Could not write the image " + path.toStdString() + ".";
-    }
-    return "";
+    buffer.close();
+    return Put_In_Place(path, bytes);
 }
 
 std::string Write_Pdf(const QString& path, int32_t width, int32_t height, int page_count,
                       const Page_Paint& paint) {
-    QPdfWriter writer(path);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
     writer.setCreator(QStringLiteral("Quilmark"));
     writer.setTitle(QStringLiteral("Quilmark chart"));
     writer.setPageLayout(
@@ -72,12 +97,12 @@ std::string Write_Pdf(const QString& path, int32_t width, int32_t height, int pa
     writer.setResolution(Export_Dpi);
     QPainter painter;
     if (!painter.begin(&writer)) {
-        return "Could not write the image " + path.toStdString() + ".";
+        return Write_Failed(path);
     }
     for (int page = 0; page < page_count; ++page) {
         if (page > 0 && !writer.newPage()) {
             painter.end();
-            return "Could not write the image " + path.toStdString() + ".";
+            return Write_Failed(path);
         }
         // The page may come out a fraction of a pixel off the chart's size; map the
         // chart's pixels onto it exactly.
@@ -86,7 +111,8 @@ std::string Write_Pdf(const QString& path, int32_t width, int32_t height, int pa
                     [&](Surface& surface) { paint ? paint(surface, page) : void(); });
     }
     painter.end();
-    return "";
+    buffer.close();
+    return Put_In_Place(path, bytes);
 }
 
 } // namespace

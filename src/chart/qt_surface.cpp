@@ -37,6 +37,9 @@ QFont Diagram_Font(double size_px, bool bold) {
 
 namespace {
 
+// A figure drawn as its outline alone. (An Rgba_Rec made with {} is opaque black.)
+constexpr Rgba_Rec No_Fill{0, 0, 0, 0};
+
 QColor To_QColor(Rgba_Rec color) {
     return QColor(color.red, color.green, color.blue, color.alpha);
 }
@@ -568,7 +571,7 @@ bool Qt_Surface::Is_Convex(const std::vector<QPointF>& points) {
 void Qt_Surface::Stroke_Figure(bool closed, const Stroke_Rec& stroke,
                                std::optional<Qt_Coverage_Painter> direct) {
     if (!direct) {
-        Begin_Figure(stroke, {});
+        Begin_Figure(stroke, No_Fill);
         if (closed) {
             painter.drawPolygon(figure_points.data(), static_cast<int>(figure_points.size()));
         } else {
@@ -667,7 +670,7 @@ void Qt_Surface::Draw_Segments(std::span<const Point_F_Rec> ends, const Stroke_R
     for (const Point_F_Rec& p : ends) {
         figure_points.emplace_back(p.x, p.y);
     }
-    Begin_Figure(stroke, {});
+    Begin_Figure(stroke, No_Fill);
     painter.drawLines(figure_points.data(), static_cast<int>(figure_points.size() / 2));
     Figure_Done();
 }

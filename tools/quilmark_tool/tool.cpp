@@ -13,9 +13,14 @@
 #include "airspace/section_dispatch.h"
 #include "bgl/bgl_image.h"
 #include "chart/chart_draw.h"
+#include "chart/chart_records.h"
 #include "chart/chart_sequence.h"
 #include "chart/chart_view.h"
+#include "chart/diagram_frame.h"
+#include "chart/diagram_layout.h"
+#include "chart/diagram_session.h"
 #include "chart/recording_surface.h"
+#include "chart/trip_kit.h"
 #include "command_line.h"
 #include "link_check.h"
 #include "platform/text1252.h"
@@ -37,6 +42,15 @@ Chart_Image_Writer& Image_Writer() {
     static Chart_Image_Writer writer;
     return writer;
 }
+
+Trip_Kit_Writer& Kit_Writer() {
+    static Trip_Kit_Writer writer;
+    return writer;
+}
+
+// The airport diagram's picture when none is asked for.
+constexpr long long Diagram_Default_Width = 1280;
+constexpr long long Diagram_Default_Height = 800;
 
 void Write_Airports(Json_Out& json, const Module1& module) {
     json.Begin_Object();
@@ -408,6 +422,7 @@ bool Parse_Int(const std::string& text, long long& value) {
 int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err) {
     long long zoom = Opening_Zoom_Level, width = 271, height = 228;
     bool ops = false;
+    bool diagram = false, night = false, sized = false, zoomed = false;
     std::string out_file;
     std::vector<std::string> hidden;
     bool aircraft = false;
@@ -423,6 +438,7 @@ int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err
                 err << "quilmark-tool: --zoom takes a level from 1 to 20\n";
                 return 2;
             }
+            zoomed = true;
         } else if (option == "--size") {
             const std::string& size = value;
             size_t x = size.find('x');
@@ -432,6 +448,7 @@ int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err
                 err << "quilmark-tool: --size takes WIDTHxHEIGHT in pixels\n";
                 return 2;
             }
+            sized = true;
         } else if (option == "--aircraft") {
             std::stringstream parts(value);
             std::string lat, lon, heading;
@@ -451,6 +468,14 @@ int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err
                 return 2;
             }
             aircraft = true;
+        } else if (option == "--style") {
+            if (value != "classic" && value != "diagram") {
+                err << "quilmark-tool: --style takes classic or diagram\n";
+                return 2;
+            }
+            diagram = value == "diagram";
+        } else if (option == "--night") {
+            night = true;
         } else if (option == "--hide") {
             std::stringstream layers(value);
             std::string layer;
@@ -459,9 +484,21 @@ int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err
             }
         }
     }
+    if (diagram && (ops || out_file.empty() || zoomed)) {
+        err << "quilmark-tool: chart --style diagram takes --out FILE and no --ops or --zoom\n";
+        return 2;
+    }
+    if (night && !diagram) {
+        err << "quilmark-tool: --night is for --style diagram\n";
+        return 2;
+    }
     if (ops == !out_file.empty()) {
         err << "quilmark-tool: chart takes one of --ops and --out\n";
         return 2;
+    }
+    if (diagram && !sized) {
+        width = Diagram_Default_Width;
+        height = Diagram_Default_Height;
     }
     auto module = std::make_unique<Module1>();
     Recording_Chooser_Form ui;
@@ -502,10 +539,56 @@ int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err
         err << "quilmark-tool: this build cannot write images\n";
         return 1;
     }
-    std::string problem =
-        Image_Writer()(out_file, view.chart_px_width, view.chart_px_height,
-                       [&](Surface& surface) { Redraw_Chart(surface, view, *module); });
+    std::string problem;
+    if (diagram) {
+        // The diagram as the window first shows it: fitted to the airport with its frame.
+        const Diagram_Source_Rec source = Module_Diagram_Source(*module);
+        const Diagram_Options_Rec options = Module_Diagram_Options(*module, night);
+        const auto w = static_cast<int32_t>(width), h = static_cast<int32_t>(height);
+        const Diagram_View_Rec diagram_view =
+            Fit_Diagram_View(source.airport, w, h, Diagram_Frame_Insets(w, h));
+        problem = Image_Writer()(out_file, w, h, [&](Surface& surface) {
+            Draw_Diagram(surface, source, diagram_view, options);
+        });
+    } else {
+        problem = Image_Writer()(out_file, view.chart_px_width, view.chart_px_height,
+                                 [&](Surface& surface) { Redraw_Chart(surface, view, *module); });
+    }
     if (!problem.empty()) {
+        err << "quilmark-tool: " << problem << "\n";
+        return 1;
+    }
+    return 0;
+}
+
+// The trip kit: the scan and GET AIRPORT for each entry in turn (each fetch releases the
+// list, so each has a scan of its own), then the PDF.
+int Command_Kit(const Command_Args& args, std::ostream&, std::ostream& err) {
+    std::string out_file;
+    for (const auto& [option, value] : args.options) { // --out
+        out_file = value;
+    }
+    if (out_file.empty()) {
+        err << "quilmark-tool: kit takes --out FILE\n";
+        return 2;
+    }
+    std::vector<Kit_Airport_Rec> airports;
+    auto grid = std::make_unique<Magvar_Grid>();
+    for (const std::string& entry : args.words) {
+        auto module = std::make_unique<Module1>();
+        Recording_Chooser_Form ui;
+        if (int status = Scan_And_Fetch(*module, entry, ui, err); status != 0) {
+            return status;
+        }
+        const auto airspaces = Filled_Span(module->airspaces, module->airspace_count);
+        airports.push_back({module->current_airport, {airspaces.begin(), airspaces.end()}});
+        *grid = module->magvar_grid;
+    }
+    if (!Kit_Writer()) {
+        err << "quilmark-tool: this build cannot write images\n";
+        return 1;
+    }
+    if (std::string problem = Kit_Writer()(out_file, airports, *grid); !problem.empty()) {
         err << "quilmark-tool: " << problem << "\n";
         return 1;
     }
@@ -516,6 +599,10 @@ int Command_Chart(const Command_Args& args, std::ostream& out, std::ostream& err
 
 void Set_Chart_Image_Writer(Chart_Image_Writer writer) {
     Image_Writer() = std::move(writer);
+}
+
+void Set_Trip_Kit_Writer(Trip_Kit_Writer writer) {
+    Kit_Writer() = std::move(writer);
 }
 
 namespace {
@@ -537,8 +624,8 @@ const std::vector<Command>& Commands() {
         {{"db", "FILE COUNT", {"FILE", "COUNT"}, false, {}}, Command_Db},
         {{"fetch", "\"ENTRY\"", {"ENTRY"}, false, {}}, Command_Fetch},
         {{"chart",
-          "\"ENTRY\" [--zoom N] [--size WxH] [--aircraft LAT,LON,HEADING] [--hide LAYER,...] "
-          "(--ops | --out FILE)",
+          "\"ENTRY\" [--style classic|diagram] [--night] [--zoom N] [--size WxH] "
+          "[--aircraft LAT,LON,HEADING] [--hide LAYER,...] (--ops | --out FILE)",
           {"ENTRY"},
           false,
           {{"--zoom", "N"},
@@ -546,8 +633,12 @@ const std::vector<Command>& Commands() {
            {"--aircraft", "LAT,LON,HEADING"},
            {"--hide", "LAYER,..."},
            {"--ops", nullptr},
-           {"--out", "FILE"}}},
+           {"--out", "FILE"},
+           {"--style", "classic|diagram"},
+           {"--night", nullptr}}},
          Command_Chart},
+        {{"kit", "\"ENTRY\"... --out FILE.pdf", {"ENTRY"}, true, {{"--out", "FILE.pdf"}}},
+         Command_Kit},
         {{"link", "[--port N]", {}, false, {{"--port", "N"}}}, Command_Link},
     };
     return commands;

@@ -1,12 +1,15 @@
 // Walks the desktop program through its forms on the sample world and saves a picture of
 // each: the splash, the wizard (also finding a simulator in a Wine prefix of its own), the
-// chooser with its list, the chart of the sample world's major airport, its About box,
-// the message of a chart that can't reach the simulator, above that chart, and the notice
-// of a chooser that finds the scenery changed since its list was made. Run under
-// an X server with a window manager by scripts/screenshots.sh.
+// chooser with its list, the chart of the sample world's major airport, the same window
+// in the diagram style by day and by night, its About box, the message of a chart that
+// can't reach the simulator, above that chart, and the notice of a chooser that finds the
+// scenery changed since its list was made. The diagram's printed page goes to the work
+// folder as chart-print.pdf. Run under an X server with a window manager by
+// scripts/screenshots.sh.
 #include <QApplication>
 #include <QComboBox>
 #include <QListWidget>
+#include <QPrinter>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
@@ -179,6 +182,18 @@ int main(int argc, char** argv) {
     chart->Center_Airport(-122.3105, 47.4570); // the north end: the ILS of 16L and 16R
     chart->Timer1_Timer(); // one poll of the simulator: the aircraft and the altimeter
     ok = Save(chart, (out / "chart.png").string()) && ok;
+    chart->Set_Style(Chart_Style::Diagram);
+    ok = Save(chart, (out / "chart-diagram.png").string()) && ok;
+    chart->Set_Night(true);
+    ok = Save(chart, (out / "chart-diagram-night.png").string()) && ok;
+    chart->Set_Night(false);
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setPageOrientation(QPageLayout::Landscape); // as Print... turns it for this window
+    printer.setOutputFileName(QStringLiteral("chart-print.pdf")); // a PDF tells its time
+    chart->Print_On(printer);
+    std::cout << "printed chart-print.pdf in the work folder\n";
+    chart->Set_Style(Chart_Style::Classic);
     program.Show_Form(Form_Id::Form6);
     ok = Save(program.form6, (out / "about.png").string()) && ok;
     program.Unload_Form(Form_Id::Form6);
