@@ -66,18 +66,47 @@ template <class Coder, class Airport> void Airport_Fields(Coder& c, Airport& a) 
     c.Field(a.taxi_path_count);
 }
 
+// A text longer than a u16 count can hold keeps its first 65535 bytes.
+size_t Stored_Text_Length(const std::string& s) {
+    return s.size() > 65535 ? 65535 : s.size();
+}
+
+// Counts the bytes the encoder will write, so that the file's buffer is taken once at its
+// exact size rather than grown (and copied, and its fresh pages touched) as it fills.
+class Sizer {
+  public:
+    size_t size = 0;
+
+    void Field(int16_t) { size += 2; }
+    void Field(int32_t) { size += 4; }
+    void Field(double) { size += 8; }
+    void Field(const std::string& s) { size += 2 + Stored_Text_Length(s); }
+    template <class T, class Element> void List(const Dyn_Array<T>& a, size_t, Element element) {
+        size += 2;
+        if (a.allocated) {
+            size += 8;
+            for (const T& item : a.items) {
+                element(item);
+            }
+        }
+    }
+};
+
+// Writes the fields, little-endian, into a buffer the Sizer has measured.
 class Encoder {
   public:
-    std::vector<uint8_t> bytes;
+    explicit Encoder(uint8_t* out) : out_(out) {}
 
     void U16(uint16_t v) {
-        bytes.push_back(static_cast<uint8_t>(v & 0xFF));
-        bytes.push_back(static_cast<uint8_t>(v >> 8));
+        out_[0] = static_cast<uint8_t>(v & 0xFF);
+        out_[1] = static_cast<uint8_t>(v >> 8);
+        out_ += 2;
     }
     void U32(uint32_t v) {
         for (int i = 0; i < 4; ++i) {
-            bytes.push_back(static_cast<uint8_t>((v >> (8 * i)) & 0xFF));
+            out_[i] = static_cast<uint8_t>((v >> (8 * i)) & 0xFF);
         }
+        out_ += 4;
     }
     void Field(int16_t v) { U16(static_cast<uint16_t>(v)); }
     void Field(int32_t v) { U32(static_cast<uint32_t>(v)); }
@@ -85,14 +114,17 @@ class Encoder {
         uint64_t u;
         std::memcpy(&u, &v, 8);
         for (int i = 0; i < 8; ++i) {
-            bytes.push_back(static_cast<uint8_t>((u >> (8 * i)) & 0xFF));
+            out_[i] = static_cast<uint8_t>((u >> (8 * i)) & 0xFF);
         }
+        out_ += 8;
     }
-    // A text longer than a u16 count can hold keeps its first 65535 bytes.
     void Field(const std::string& s) {
-        size_t n = s.size() > 65535 ? 65535 : s.size();
+        const size_t n = Stored_Text_Length(s);
         U16(static_cast<uint16_t>(n));
-        bytes.insert(bytes.end(), s.begin(), s.begin() + static_cast<long>(n));
+        if (n > 0) {
+            std::memcpy(out_, s.data(), n);
+            out_ += n;
+        }
     }
     template <class T, class Element> void List(const Dyn_Array<T>& a, size_t, Element element) {
         if (!a.allocated) {
@@ -106,6 +138,9 @@ class Encoder {
             element(item);
         }
     }
+
+  private:
+    uint8_t* out_;
 };
 
 // Reads records from the file's bytes; any step past the end, or a descriptor that cannot
@@ -209,11 +244,16 @@ constexpr size_t Min_Record_Size = 64;
 } // namespace
 
 std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airports) {
-    Encoder e;
+    Sizer sizer;
+    for (const Airport_Rec& a : airports.items) {
+        Airport_Fields(sizer, a);
+    }
+    std::vector<uint8_t> bytes(sizer.size);
+    Encoder e(bytes.data());
     for (const Airport_Rec& a : airports.items) {
         Airport_Fields(e, a);
     }
-    return std::move(e.bytes);
+    return bytes;
 }
 
 std::optional<Pending_File_Rec>
