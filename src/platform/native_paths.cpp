@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <random>
 
 #include "platform/text1252.h"
@@ -241,8 +242,9 @@ std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& nat
     return Read_Regular_File<std::vector<uint8_t>>(native_path, max_size, spare);
 }
 
-std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
-                                                   std::string_view bytes) {
+std::optional<Pending_File_Rec>
+Write_Pending_File_In_Parts(const std::string& native_path,
+                            const std::function<bool(const Write_Part&)>& produce) {
     fs::path target(native_path);
     fs::path folder = target.parent_path();
     Remove_Stale_Temp_Files(folder, target.filename().string());
@@ -261,7 +263,19 @@ std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_pat
     if (out == nullptr) {
         return std::nullopt;
     }
-    bool written = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
+    bool parts_written = true;
+    bool produced = false;
+    try {
+        produced = produce([out, &parts_written](std::string_view part) {
+            parts_written =
+                parts_written && std::fwrite(part.data(), 1, part.size(), out) == part.size();
+        });
+    } catch (...) {
+        std::fclose(out);
+        Discard_Pending_File({temp.string(), native_path});
+        throw;
+    }
+    bool written = produced && parts_written;
     written = std::fflush(out) == 0 && written;
     written = std::fclose(out) == 0 && written;
     Pending_File_Rec pending{temp.string(), native_path};
@@ -270,6 +284,14 @@ std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_pat
         return std::nullopt;
     }
     return pending;
+}
+
+std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
+                                                   std::string_view bytes) {
+    return Write_Pending_File_In_Parts(native_path, [bytes](const Write_Part& write) {
+        write(bytes);
+        return true;
+    });
 }
 
 bool Commit_Pending_File(const Pending_File_Rec& file) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -71,6 +72,13 @@ struct Pending_File_Rec {
 // and digits) are removed first. Nothing if the write fails; nothing is then left behind.
 std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
                                                    std::string_view bytes);
+// The same for a file written part after part, so that its whole never needs to be in
+// memory: produce hands each part in order to the function it is given, and returns false
+// to give the file up. Whatever produce throws leaves nothing behind and is thrown on.
+using Write_Part = std::function<void(std::string_view)>;
+std::optional<Pending_File_Rec>
+Write_Pending_File_In_Parts(const std::string& native_path,
+                            const std::function<bool(const Write_Part&)>& produce);
 // Renames the temporary file over its target. False if that fails: the temporary file is
 // then removed, and the target left as it was.
 bool Commit_Pending_File(const Pending_File_Rec& file);

@@ -259,9 +259,32 @@ std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airpo
 std::optional<Pending_File_Rec>
 Write_Pending_Airport_Database(const std::string& native_path,
                                const Dyn_Array<Airport_Rec>& airports) {
-    const std::vector<uint8_t> bytes = Encode_Airport_Database(airports);
-    return Write_Pending_File(
-        native_path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    // The records go out through one buffer of about a megabyte, each record encoded
+    // whole, so the file's 22 MB are never all in memory beside the airports.
+    constexpr size_t Part_Size = 1 << 20;
+    return Write_Pending_File_In_Parts(native_path, [&airports](const Write_Part& write) {
+        std::vector<uint8_t> part(Part_Size);
+        size_t used = 0;
+        auto flush = [&] {
+            write(std::string_view(reinterpret_cast<const char*>(part.data()), used));
+            used = 0;
+        };
+        for (const Airport_Rec& a : airports.items) {
+            Sizer sizer;
+            Airport_Fields(sizer, a);
+            if (used + sizer.size > part.size()) {
+                flush();
+                if (sizer.size > part.size()) {
+                    part.resize(sizer.size);
+                }
+            }
+            Encoder e(part.data() + used);
+            Airport_Fields(e, a);
+            used += sizer.size;
+        }
+        flush();
+        return true;
+    });
 }
 
 Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
