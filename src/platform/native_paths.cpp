@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -240,6 +241,56 @@ std::optional<std::string> Read_Whole_File(const std::string& native_path, uint6
 std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& native_path,
                                                           uint64_t max_size, size_t spare) {
     return Read_Regular_File<std::vector<uint8_t>>(native_path, max_size, spare);
+}
+
+File_Part_Reader::~File_Part_Reader() {
+    if (file_ != nullptr) {
+        std::fclose(file_);
+    }
+}
+
+bool File_Part_Reader::Open(const std::string& native_path, uint64_t max_size) {
+    std::error_code ec;
+    if (file_ != nullptr || !fs::is_regular_file(native_path, ec)) {
+        return false;
+    }
+    file_ = std::fopen(native_path.c_str(), "rb");
+    if (file_ == nullptr) {
+        return false;
+    }
+    const uintmax_t size = fs::file_size(native_path, ec);
+    if (ec || size > max_size) {
+        return false;
+    }
+    size_ = size;
+    buffer_.resize(1 << 20);
+    return true;
+}
+
+bool File_Part_Reader::Take_Refilling(void* out, size_t n) {
+    if (file_ == nullptr || n > Remaining()) {
+        return false;
+    }
+    auto* to = static_cast<uint8_t*>(out);
+    while (n > 0) {
+        if (buffer_at_ == buffer_end_) {
+            const size_t wanted =
+                static_cast<size_t>(std::min<uint64_t>(buffer_.size(), Remaining()));
+            buffer_end_ = std::fread(buffer_.data(), 1, wanted, file_);
+            buffer_at_ = 0;
+            if (buffer_end_ == 0) {
+                read_failed_ = true; // the file ended before its length, or the read failed
+                return false;
+            }
+        }
+        const size_t part = std::min(n, buffer_end_ - buffer_at_);
+        std::memcpy(to, buffer_.data() + buffer_at_, part);
+        buffer_at_ += part;
+        taken_ += part;
+        to += part;
+        n -= part;
+    }
+    return true;
 }
 
 std::optional<Pending_File_Rec>

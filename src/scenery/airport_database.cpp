@@ -143,23 +143,39 @@ class Encoder {
     uint8_t* out_;
 };
 
-// Reads records from the file's bytes; any step past the end, or a descriptor that cannot
-// be right, marks the reader failed, after which every read gives zeros.
-class Decoder {
+// The file's bytes held whole in memory, as a source for the decoder.
+class Memory_Source {
   public:
-    explicit Decoder(const std::vector<uint8_t>& b) : bytes_(b) {}
-    bool failed = false;
-
-    size_t Remaining() const { return bytes_.size() - at_; }
-
+    explicit Memory_Source(const std::vector<uint8_t>& b) : bytes_(b) {}
+    uint64_t Remaining() const { return bytes_.size() - at_; }
     bool Take(void* out, size_t n) {
-        if (failed || n > Remaining()) {
-            failed = true;
-            std::memset(out, 0, n);
+        if (n > Remaining()) {
             return false;
         }
         std::memcpy(out, bytes_.data() + at_, n);
         at_ += n;
+        return true;
+    }
+
+  private:
+    const std::vector<uint8_t>& bytes_;
+    size_t at_ = 0;
+};
+
+// Reads records from the file's bytes, held in memory or read in parts; any step past the
+// end, or a descriptor that cannot be right, marks the reader failed, after which every
+// read gives zeros.
+template <class Source> class Decoder {
+  public:
+    explicit Decoder(Source& source) : source_(source) {}
+    bool failed = false;
+
+    bool Take(void* out, size_t n) {
+        if (failed || !source_.Take(out, n)) {
+            failed = true;
+            std::memset(out, 0, n);
+            return false;
+        }
         return true;
     }
     uint16_t U16() {
@@ -186,13 +202,16 @@ class Decoder {
     }
     void Field(std::string& s) {
         uint16_t n = U16();
-        if (failed || n > Remaining()) {
+        if (failed || n > source_.Remaining()) {
             failed = true;
             s.clear();
             return;
         }
-        s.assign(reinterpret_cast<const char*>(bytes_.data() + at_), n);
-        at_ += n;
+        s.resize(n);
+        if (n > 0 && !source_.Take(s.data(), n)) {
+            failed = true;
+            s.clear();
+        }
     }
     // min_element_size: the fewest bytes one element can take, which bounds the count by
     // what is left of the file.
@@ -206,7 +225,7 @@ class Decoder {
         uint32_t count = U32();
         int32_t lower_bound = static_cast<int32_t>(U32());
         if (failed || dimensions != 1 || lower_bound != 0 ||
-            count > Remaining() / min_element_size) {
+            count > source_.Remaining() / min_element_size) {
             failed = true;
             return;
         }
@@ -234,8 +253,7 @@ class Decoder {
     }
 
   private:
-    const std::vector<uint8_t>& bytes_;
-    size_t at_ = 0;
+    Source& source_;
 };
 
 // The smallest record: nine empty texts, two doubles, five empty descriptors and counts.
@@ -287,16 +305,18 @@ Write_Pending_Airport_Database(const std::string& native_path,
     });
 }
 
-Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
-                                             int32_t airport_count,
-                                             Dyn_Array<Airport_Rec>& airports) {
+namespace {
+
+template <class Source>
+Database_Read_Result Decode_Records(Source& source, int32_t airport_count,
+                                    Dyn_Array<Airport_Rec>& airports) {
     if (airport_count < 0 ||
-        static_cast<uint64_t>(airport_count) + 1 > bytes.size() / Min_Record_Size) {
+        static_cast<uint64_t>(airport_count) + 1 > source.Remaining() / Min_Record_Size) {
         airports.Release();
         return Database_Read_Result::Damaged;
     }
     airports.Allocate(static_cast<size_t>(airport_count) + 1);
-    Decoder d(bytes);
+    Decoder<Source> d(source);
     for (Airport_Rec& a : airports.items) {
         d.Airport(a);
         if (d.failed) {
@@ -307,6 +327,15 @@ Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
     return Database_Read_Result::Ok;
 }
 
+} // namespace
+
+Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
+                                             int32_t airport_count,
+                                             Dyn_Array<Airport_Rec>& airports) {
+    Memory_Source source(bytes);
+    return Decode_Records(source, airport_count, airports);
+}
+
 Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
                                            Dyn_Array<Airport_Rec>& airports) {
     airports.Release();
@@ -315,12 +344,14 @@ Database_Read_Result Read_Airport_Database(const std::string& native_path, int32
         std::filesystem::file_size(native_path, error) > Max_Database_File_Size && !error) {
         return Database_Read_Result::Damaged;
     }
-    std::optional<std::vector<uint8_t>> bytes =
-        Read_Whole_File_Bytes(native_path, Max_Database_File_Size);
-    if (!bytes) {
+    // Read in parts as the records are decoded: the file's 22 MB need not sit in memory
+    // beside the airports made from them.
+    File_Part_Reader reader;
+    if (!reader.Open(native_path, Max_Database_File_Size)) {
         return Database_Read_Result::Cannot_Open;
     }
-    return Decode_Airport_Database(*bytes, airport_count, airports);
+    const Database_Read_Result result = Decode_Records(reader, airport_count, airports);
+    return reader.Read_Failed() ? Database_Read_Result::Cannot_Open : result;
 }
 
 } // namespace quilmark

@@ -9,10 +9,10 @@
 namespace quilmark {
 namespace {
 
-// The file is written record by record through a buffer of about a megabyte: records that
-// straddle its end, and a record larger than it, must come out as the bytes of the whole
-// list encoded at once.
-TEST(DatabaseParts, WrittenFileHasTheBytesOfTheWholeEncoding) {
+// The file is written, and read back, record by record through buffers of about a
+// megabyte: records that straddle a buffer's end, and a record larger than a buffer, must
+// come out as the bytes of the whole list encoded at once, and back as the same list.
+TEST(DatabaseParts, WrittenAndReadInPartsAsTheWholeEncoding) {
     Dyn_Array<Airport_Rec> airports;
     airports.Release();
     int32_t count = 0;
@@ -30,11 +30,18 @@ TEST(DatabaseParts, WrittenFileHasTheBytesOfTheWholeEncoding) {
     const std::optional<Pending_File_Rec> pending = Write_Pending_Airport_Database(path, airports);
     ASSERT_TRUE(pending && Commit_Pending_File(*pending));
     const std::optional<std::vector<uint8_t>> written = Read_Whole_File_Bytes(path, 1 << 30);
+    Dyn_Array<Airport_Rec> back;
+    const Database_Read_Result read = Read_Airport_Database(path, count, back);
+    const bool same_list = back == airports;
+    const Database_Read_Result one_more = Read_Airport_Database(path, count + 1, back);
     std::remove(path.c_str());
     ASSERT_TRUE(written);
     const std::vector<uint8_t> whole = Encode_Airport_Database(airports);
     ASSERT_GT(whole.size(), 3u << 20);
     EXPECT_TRUE(*written == whole);
+    EXPECT_EQ(read, Database_Read_Result::Ok);
+    EXPECT_TRUE(same_list);
+    EXPECT_EQ(one_more, Database_Read_Result::Damaged);
 }
 
 } // namespace
