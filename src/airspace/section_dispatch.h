@@ -13,5 +13,8 @@ struct Module1;
 // module.current_airport to module.airspaces, within form.airspace_bytes_left. A file
 // whose layout word is not 1 is passed over.
 void Read_BGL_Sections(Form3_Data& form, Module1& module);
+// Its second half, the boundary section alone, for a file whose airport section has been
+// decoded already (in the same image, whose walk budget that decoding has charged).
+void Read_Boundary_Part(Form3_Data& form, Module1& module);
 
 } // namespace quilmark

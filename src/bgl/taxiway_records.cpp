@@ -38,21 +38,11 @@ const char* Parking_Name_Text(int64_t code) {
     return Names[code];
 }
 
-// Metre offsets east (x) and north (y) of the reference point become a position; each
-// axis is projected on its own, and an offset of 0 keeps the reference's full precision.
-Geo_Point_Rec Offset_Position(const Airport_Walk_State& state, float x, float y) {
-    Geo_Point_Rec p{state.position_ref_lat, state.position_ref_lon};
-    if (x > 0) {
-        p.lon = Project_Point(state.position_ref_lat, state.position_ref_lon, 90, x).lon;
-    } else if (x < 0) {
-        p.lon = Project_Point(state.position_ref_lat, state.position_ref_lon, 270, x).lon;
-    }
-    if (y > 0) {
-        p.lat = Project_Point(state.position_ref_lat, state.position_ref_lon, 0, y).lat;
-    } else if (y < 0) {
-        p.lat = Project_Point(state.position_ref_lat, state.position_ref_lon, 180, y).lat;
-    }
-    return p;
+// Metre offsets east (x) and north (y) of the airport's reference point become a
+// position; each axis is projected on its own, and an offset of 0 keeps the reference's
+// full precision.
+Geo_Point_Rec Offset_Position(const Offset_Frame_Rec& frame, float x, float y) {
+    return {Offset_Latitude(frame, y), Offset_Longitude(frame, x)};
 }
 
 float Float_At(const Bgl_Image& image, int64_t position) {
@@ -133,6 +123,8 @@ void Resolve_Labels(const Bgl_Image& image, int64_t names, int32_t count, Airpor
 void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& airport) {
     Bgl_Image& image = state.image;
     const int64_t file_length = Bgl_File_Length(image);
+    const Offset_Frame_Rec frame =
+        Make_Offset_Frame(state.position_ref_lat, state.position_ref_lon);
     int64_t list = rec + 8;
     for (;;) {
         const int32_t n = Read_Int32(image, list);
@@ -161,7 +153,7 @@ void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& a
                 Taxi_Point_Rec& point = airport.taxi_points[i];
                 point.point_kind = Read_Int32(image, e);
                 Geo_Point_Rec p =
-                    Offset_Position(state, Float_At(image, e + 4), Float_At(image, e + 8));
+                    Offset_Position(frame, Float_At(image, e + 4), Float_At(image, e + 8));
                 point.lat = p.lat;
                 point.lon = p.lon;
             }
@@ -173,7 +165,7 @@ void Decode_Taxiway_Block(Airport_Walk_State& state, int64_t rec, Airport_Rec& a
                 const int64_t e = first + 20 * static_cast<int64_t>(i);
                 Parking_Rec& spot = airport.parkings[i];
                 Geo_Point_Rec p =
-                    Offset_Position(state, Float_At(image, e), Float_At(image, e + 4));
+                    Offset_Position(frame, Float_At(image, e), Float_At(image, e + 4));
                 spot.lat = p.lat;
                 spot.lon = p.lon;
                 spot.radius_ft = To_I32(static_cast<double>(Float_At(image, e + 8)) / 0.3048);

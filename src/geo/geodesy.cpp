@@ -34,6 +34,21 @@ double Fmod(double a, double b) {
 
 namespace {
 
+// The pieces of the destination formula, shared by the single projections and by the
+// offset frame, so that both take the same operations in the same order.
+double Destination_Phi2(double sin_delta, double cos_delta, double sin_phi1, double cos_phi1,
+                        double cos_tc) {
+    return Asin(sin_delta * cos_phi1 * cos_tc + cos_delta * sin_phi1);
+}
+
+// Longitude reached, in radians positive to the west.
+double Destination_Lambda2(double lambda1, double phi2, double sin_tc, double sin_delta) {
+    if (std::cos(phi2) == 0) {
+        return lambda1;
+    }
+    return Fmod(lambda1 - Asin(sin_tc * sin_delta / std::cos(phi2)) + Pi, Two_Pi) - Pi;
+}
+
 // The routine works with longitudes positive to the west.
 Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distance_nm,
                           int decimals) {
@@ -41,22 +56,62 @@ Geo_Point_Rec Destination(double lat, double lon, int16_t course, double distanc
     double lambda1 = -lon * Degrees_To_Radians;
     double tc = course * Degrees_To_Radians;
     double delta = distance_nm * Nautical_Miles_To_Radians;
-    double phi2 =
-        Asin(std::sin(delta) * std::cos(phi1) * std::cos(tc) + std::cos(delta) * std::sin(phi1));
-    double lambda2;
-    if (std::cos(phi2) == 0) {
-        lambda2 = lambda1;
-    } else {
-        lambda2 =
-            Fmod(lambda1 - Asin(std::sin(tc) * std::sin(delta) / std::cos(phi2)) + Pi, Two_Pi) - Pi;
-    }
+    double phi2 = Destination_Phi2(std::sin(delta), std::cos(delta), std::sin(phi1), std::cos(phi1),
+                                   std::cos(tc));
+    double lambda2 = Destination_Lambda2(lambda1, phi2, std::sin(tc), std::sin(delta));
     Geo_Point_Rec result;
     result.lat = Round_Decimals(phi2 * Radians_To_Degrees, decimals);
     result.lon = Round_Decimals(-lambda2 * Radians_To_Degrees, decimals);
     return result;
 }
 
+double Metres_To_Radians(double distance_metres) {
+    return std::fabs(distance_metres) / Metres_Per_Nautical_Mile * Nautical_Miles_To_Radians;
+}
+
 } // namespace
+
+Offset_Frame_Rec Make_Offset_Frame(double lat, double lon) {
+    Offset_Frame_Rec frame;
+    frame.lat = lat;
+    frame.lon = lon;
+    const double phi1 = lat * Degrees_To_Radians;
+    frame.sin_phi1 = std::sin(phi1);
+    frame.cos_phi1 = std::cos(phi1);
+    frame.lambda1 = -lon * Degrees_To_Radians;
+    const int16_t courses[4] = {0, 90, 180, 270};
+    for (int i = 0; i < 4; ++i) {
+        const double tc = courses[i] * Degrees_To_Radians;
+        frame.sin_course[i] = std::sin(tc);
+        frame.cos_course[i] = std::cos(tc);
+    }
+    return frame;
+}
+
+double Offset_Latitude(const Offset_Frame_Rec& frame, double north_metres) {
+    if (!(north_metres > 0) && !(north_metres < 0)) {
+        return frame.lat;
+    }
+    const int course = north_metres > 0 ? 0 : 2;
+    const double delta = Metres_To_Radians(north_metres);
+    const double phi2 = Destination_Phi2(std::sin(delta), std::cos(delta), frame.sin_phi1,
+                                         frame.cos_phi1, frame.cos_course[course]);
+    return Round_Decimals(phi2 * Radians_To_Degrees, 6);
+}
+
+double Offset_Longitude(const Offset_Frame_Rec& frame, double east_metres) {
+    if (!(east_metres > 0) && !(east_metres < 0)) {
+        return frame.lon;
+    }
+    const int course = east_metres > 0 ? 1 : 3;
+    const double delta = Metres_To_Radians(east_metres);
+    const double sin_delta = std::sin(delta);
+    const double phi2 = Destination_Phi2(sin_delta, std::cos(delta), frame.sin_phi1, frame.cos_phi1,
+                                         frame.cos_course[course]);
+    const double lambda2 =
+        Destination_Lambda2(frame.lambda1, phi2, frame.sin_course[course], sin_delta);
+    return Round_Decimals(-lambda2 * Radians_To_Degrees, 6);
+}
 
 Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double distance_metres) {
     return Destination(lat, lon, course, std::fabs(distance_metres) / Metres_Per_Nautical_Mile, 6);

@@ -36,6 +36,25 @@ Geo_Point_Rec Project_Point(double lat, double lon, int16_t course, double dista
 Geo_Point_Rec Great_Circle_Destination(double lat, double lon, int16_t course, int16_t distance_nm);
 Geo_Point_Rec Destination_Feet(double lat, double lon, int16_t course, int16_t distance_ft);
 
+// A reference point from which many short offsets along the four cardinal courses are
+// projected, as the taxi points and parking spots of an airport are: the sines and
+// cosines that every projection from it shares are taken once. Each coordinate comes out
+// exactly, to the last bit, as that coordinate of Project_Point from the reference on
+// course 0 or 180 (north, south) or 90 or 270 (east, west) over the offset's length; an
+// offset of 0 (or not a number) gives the reference's own coordinate.
+struct Offset_Frame_Rec {
+    double lat = 0;
+    double lon = 0;
+    double sin_phi1 = 0; // of the reference latitude
+    double cos_phi1 = 0;
+    double lambda1 = 0;        // the reference longitude in radians, positive to the west
+    double sin_course[4] = {}; // courses 0, 90, 180, 270
+    double cos_course[4] = {};
+};
+Offset_Frame_Rec Make_Offset_Frame(double lat, double lon);
+double Offset_Latitude(const Offset_Frame_Rec& frame, double north_metres);
+double Offset_Longitude(const Offset_Frame_Rec& frame, double east_metres);
+
 // Central angle between two points, radians.
 double Central_Angle(double lat1, double lon1, double lat2, double lon2);
 int16_t Great_Circle_Distance(double lat1, double lon1, double lat2, double lon2);

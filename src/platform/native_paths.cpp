@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <random>
 
 #include "platform/text1252.h"
@@ -241,8 +243,59 @@ std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& nat
     return Read_Regular_File<std::vector<uint8_t>>(native_path, max_size, spare);
 }
 
-std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
-                                                   std::string_view bytes) {
+File_Part_Reader::~File_Part_Reader() {
+    if (file_ != nullptr) {
+        std::fclose(file_);
+    }
+}
+
+bool File_Part_Reader::Open(const std::string& native_path, uint64_t max_size) {
+    std::error_code ec;
+    if (file_ != nullptr || !fs::is_regular_file(native_path, ec)) {
+        return false;
+    }
+    file_ = std::fopen(native_path.c_str(), "rb");
+    if (file_ == nullptr) {
+        return false;
+    }
+    const uintmax_t size = fs::file_size(native_path, ec);
+    if (ec || size > max_size) {
+        return false;
+    }
+    size_ = size;
+    buffer_.resize(1 << 20);
+    return true;
+}
+
+bool File_Part_Reader::Take_Refilling(void* out, size_t n) {
+    if (file_ == nullptr || n > Remaining()) {
+        return false;
+    }
+    auto* to = static_cast<uint8_t*>(out);
+    while (n > 0) {
+        if (buffer_at_ == buffer_end_) {
+            const size_t wanted =
+                static_cast<size_t>(std::min<uint64_t>(buffer_.size(), Remaining()));
+            buffer_end_ = std::fread(buffer_.data(), 1, wanted, file_);
+            buffer_at_ = 0;
+            if (buffer_end_ == 0) {
+                read_failed_ = true; // the file ended before its length, or the read failed
+                return false;
+            }
+        }
+        const size_t part = std::min(n, buffer_end_ - buffer_at_);
+        std::memcpy(to, buffer_.data() + buffer_at_, part);
+        buffer_at_ += part;
+        taken_ += part;
+        to += part;
+        n -= part;
+    }
+    return true;
+}
+
+std::optional<Pending_File_Rec>
+Write_Pending_File_In_Parts(const std::string& native_path,
+                            const std::function<bool(const Write_Part&)>& produce) {
     fs::path target(native_path);
     fs::path folder = target.parent_path();
     Remove_Stale_Temp_Files(folder, target.filename().string());
@@ -261,7 +314,19 @@ std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_pat
     if (out == nullptr) {
         return std::nullopt;
     }
-    bool written = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
+    bool parts_written = true;
+    bool produced = false;
+    try {
+        produced = produce([out, &parts_written](std::string_view part) {
+            parts_written =
+                parts_written && std::fwrite(part.data(), 1, part.size(), out) == part.size();
+        });
+    } catch (...) {
+        std::fclose(out);
+        Discard_Pending_File({temp.string(), native_path});
+        throw;
+    }
+    bool written = produced && parts_written;
     written = std::fflush(out) == 0 && written;
     written = std::fclose(out) == 0 && written;
     Pending_File_Rec pending{temp.string(), native_path};
@@ -270,6 +335,14 @@ std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_pat
         return std::nullopt;
     }
     return pending;
+}
+
+std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
+                                                   std::string_view bytes) {
+    return Write_Pending_File_In_Parts(native_path, [bytes](const Write_Part& write) {
+        write(bytes);
+        return true;
+    });
 }
 
 bool Commit_Pending_File(const Pending_File_Rec& file) {

@@ -7,6 +7,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -59,6 +62,46 @@ std::optional<std::string> Read_Whole_File(const std::string& native_path, uint6
 std::optional<std::vector<uint8_t>> Read_Whole_File_Bytes(const std::string& native_path,
                                                           uint64_t max_size, size_t spare = 0);
 
+// A regular file read once from its beginning through a buffer of its own, for a reader
+// that walks a large file in order and need not hold it whole. The same bounds as the
+// whole-file read: only a regular file, at most max_size bytes as it measures at opening.
+class File_Part_Reader {
+  public:
+    File_Part_Reader() = default;
+    ~File_Part_Reader();
+    File_Part_Reader(const File_Part_Reader&) = delete;
+    File_Part_Reader& operator=(const File_Part_Reader&) = delete;
+
+    // False if the file is not a regular one, can't be opened, or is larger than max_size.
+    bool Open(const std::string& native_path, uint64_t max_size);
+    // The file's length at opening, and what of it has not been taken yet.
+    uint64_t Size() const { return size_; }
+    uint64_t Remaining() const { return size_ - taken_; }
+    // The next n bytes. False if fewer remain (nothing is taken then), or if a read
+    // fails (Read_Failed then tells).
+    bool Take(void* out, size_t n) {
+        if (n <= buffer_end_ - buffer_at_) {
+            std::memcpy(out, buffer_.data() + buffer_at_, n);
+            buffer_at_ += n;
+            taken_ += n;
+            return true;
+        }
+        return Take_Refilling(out, n);
+    }
+    bool Read_Failed() const { return read_failed_; }
+
+  private:
+    bool Take_Refilling(void* out, size_t n);
+
+    std::FILE* file_ = nullptr;
+    uint64_t size_ = 0;
+    uint64_t taken_ = 0;
+    std::vector<uint8_t> buffer_;
+    size_t buffer_at_ = 0;
+    size_t buffer_end_ = 0;
+    bool read_failed_ = false;
+};
+
 // A file written in full under a hidden temporary name beside its target, and not yet in
 // its place.
 struct Pending_File_Rec {
@@ -71,6 +114,13 @@ struct Pending_File_Rec {
 // and digits) are removed first. Nothing if the write fails; nothing is then left behind.
 std::optional<Pending_File_Rec> Write_Pending_File(const std::string& native_path,
                                                    std::string_view bytes);
+// The same for a file written part after part, so that its whole never needs to be in
+// memory: produce hands each part in order to the function it is given, and returns false
+// to give the file up. Whatever produce throws leaves nothing behind and is thrown on.
+using Write_Part = std::function<void(std::string_view)>;
+std::optional<Pending_File_Rec>
+Write_Pending_File_In_Parts(const std::string& native_path,
+                            const std::function<bool(const Write_Part&)>& produce);
 // Renames the temporary file over its target. False if that fails: the temporary file is
 // then removed, and the target left as it was.
 bool Commit_Pending_File(const Pending_File_Rec& file);

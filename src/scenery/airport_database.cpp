@@ -66,18 +66,47 @@ template <class Coder, class Airport> void Airport_Fields(Coder& c, Airport& a) 
     c.Field(a.taxi_path_count);
 }
 
+// A text longer than a u16 count can hold keeps its first 65535 bytes.
+size_t Stored_Text_Length(const std::string& s) {
+    return s.size() > 65535 ? 65535 : s.size();
+}
+
+// Counts the bytes the encoder will write, so that the file's buffer is taken once at its
+// exact size rather than grown (and copied, and its fresh pages touched) as it fills.
+class Sizer {
+  public:
+    size_t size = 0;
+
+    void Field(int16_t) { size += 2; }
+    void Field(int32_t) { size += 4; }
+    void Field(double) { size += 8; }
+    void Field(const std::string& s) { size += 2 + Stored_Text_Length(s); }
+    template <class T, class Element> void List(const Dyn_Array<T>& a, size_t, Element element) {
+        size += 2;
+        if (a.allocated) {
+            size += 8;
+            for (const T& item : a.items) {
+                element(item);
+            }
+        }
+    }
+};
+
+// Writes the fields, little-endian, into a buffer the Sizer has measured.
 class Encoder {
   public:
-    std::vector<uint8_t> bytes;
+    explicit Encoder(uint8_t* out) : out_(out) {}
 
     void U16(uint16_t v) {
-        bytes.push_back(static_cast<uint8_t>(v & 0xFF));
-        bytes.push_back(static_cast<uint8_t>(v >> 8));
+        out_[0] = static_cast<uint8_t>(v & 0xFF);
+        out_[1] = static_cast<uint8_t>(v >> 8);
+        out_ += 2;
     }
     void U32(uint32_t v) {
         for (int i = 0; i < 4; ++i) {
-            bytes.push_back(static_cast<uint8_t>((v >> (8 * i)) & 0xFF));
+            out_[i] = static_cast<uint8_t>((v >> (8 * i)) & 0xFF);
         }
+        out_ += 4;
     }
     void Field(int16_t v) { U16(static_cast<uint16_t>(v)); }
     void Field(int32_t v) { U32(static_cast<uint32_t>(v)); }
@@ -85,14 +114,17 @@ class Encoder {
         uint64_t u;
         std::memcpy(&u, &v, 8);
         for (int i = 0; i < 8; ++i) {
-            bytes.push_back(static_cast<uint8_t>((u >> (8 * i)) & 0xFF));
+            out_[i] = static_cast<uint8_t>((u >> (8 * i)) & 0xFF);
         }
+        out_ += 8;
     }
-    // A text longer than a u16 count can hold keeps its first 65535 bytes.
     void Field(const std::string& s) {
-        size_t n = s.size() > 65535 ? 65535 : s.size();
+        const size_t n = Stored_Text_Length(s);
         U16(static_cast<uint16_t>(n));
-        bytes.insert(bytes.end(), s.begin(), s.begin() + static_cast<long>(n));
+        if (n > 0) {
+            std::memcpy(out_, s.data(), n);
+            out_ += n;
+        }
     }
     template <class T, class Element> void List(const Dyn_Array<T>& a, size_t, Element element) {
         if (!a.allocated) {
@@ -106,25 +138,44 @@ class Encoder {
             element(item);
         }
     }
+
+  private:
+    uint8_t* out_;
 };
 
-// Reads records from the file's bytes; any step past the end, or a descriptor that cannot
-// be right, marks the reader failed, after which every read gives zeros.
-class Decoder {
+// The file's bytes held whole in memory, as a source for the decoder.
+class Memory_Source {
   public:
-    explicit Decoder(const std::vector<uint8_t>& b) : bytes_(b) {}
-    bool failed = false;
-
-    size_t Remaining() const { return bytes_.size() - at_; }
-
+    explicit Memory_Source(const std::vector<uint8_t>& b) : bytes_(b) {}
+    uint64_t Remaining() const { return bytes_.size() - at_; }
     bool Take(void* out, size_t n) {
-        if (failed || n > Remaining()) {
-            failed = true;
-            std::memset(out, 0, n);
+        if (n > Remaining()) {
             return false;
         }
         std::memcpy(out, bytes_.data() + at_, n);
         at_ += n;
+        return true;
+    }
+
+  private:
+    const std::vector<uint8_t>& bytes_;
+    size_t at_ = 0;
+};
+
+// Reads records from the file's bytes, held in memory or read in parts; any step past the
+// end, or a descriptor that cannot be right, marks the reader failed, after which every
+// read gives zeros.
+template <class Source> class Decoder {
+  public:
+    explicit Decoder(Source& source) : source_(source) {}
+    bool failed = false;
+
+    bool Take(void* out, size_t n) {
+        if (failed || !source_.Take(out, n)) {
+            failed = true;
+            std::memset(out, 0, n);
+            return false;
+        }
         return true;
     }
     uint16_t U16() {
@@ -151,13 +202,16 @@ class Decoder {
     }
     void Field(std::string& s) {
         uint16_t n = U16();
-        if (failed || n > Remaining()) {
+        if (failed || n > source_.Remaining()) {
             failed = true;
             s.clear();
             return;
         }
-        s.assign(reinterpret_cast<const char*>(bytes_.data() + at_), n);
-        at_ += n;
+        s.resize(n);
+        if (n > 0 && !source_.Take(s.data(), n)) {
+            failed = true;
+            s.clear();
+        }
     }
     // min_element_size: the fewest bytes one element can take, which bounds the count by
     // what is left of the file.
@@ -171,7 +225,7 @@ class Decoder {
         uint32_t count = U32();
         int32_t lower_bound = static_cast<int32_t>(U32());
         if (failed || dimensions != 1 || lower_bound != 0 ||
-            count > Remaining() / min_element_size) {
+            count > source_.Remaining() / min_element_size) {
             failed = true;
             return;
         }
@@ -199,8 +253,7 @@ class Decoder {
     }
 
   private:
-    const std::vector<uint8_t>& bytes_;
-    size_t at_ = 0;
+    Source& source_;
 };
 
 // The smallest record: nine empty texts, two doubles, five empty descriptors and counts.
@@ -209,31 +262,61 @@ constexpr size_t Min_Record_Size = 64;
 } // namespace
 
 std::vector<uint8_t> Encode_Airport_Database(const Dyn_Array<Airport_Rec>& airports) {
-    Encoder e;
+    Sizer sizer;
+    for (const Airport_Rec& a : airports.items) {
+        Airport_Fields(sizer, a);
+    }
+    std::vector<uint8_t> bytes(sizer.size);
+    Encoder e(bytes.data());
     for (const Airport_Rec& a : airports.items) {
         Airport_Fields(e, a);
     }
-    return std::move(e.bytes);
+    return bytes;
 }
 
 std::optional<Pending_File_Rec>
 Write_Pending_Airport_Database(const std::string& native_path,
                                const Dyn_Array<Airport_Rec>& airports) {
-    const std::vector<uint8_t> bytes = Encode_Airport_Database(airports);
-    return Write_Pending_File(
-        native_path, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    // The records go out through one buffer of about a megabyte, each record encoded
+    // whole, so the file's 22 MB are never all in memory beside the airports.
+    constexpr size_t Part_Size = 1 << 20;
+    return Write_Pending_File_In_Parts(native_path, [&airports](const Write_Part& write) {
+        std::vector<uint8_t> part(Part_Size);
+        size_t used = 0;
+        auto flush = [&] {
+            write(std::string_view(reinterpret_cast<const char*>(part.data()), used));
+            used = 0;
+        };
+        for (const Airport_Rec& a : airports.items) {
+            Sizer sizer;
+            Airport_Fields(sizer, a);
+            if (used + sizer.size > part.size()) {
+                flush();
+                if (sizer.size > part.size()) {
+                    part.resize(sizer.size);
+                }
+            }
+            Encoder e(part.data() + used);
+            Airport_Fields(e, a);
+            used += sizer.size;
+        }
+        flush();
+        return true;
+    });
 }
 
-Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
-                                             int32_t airport_count,
-                                             Dyn_Array<Airport_Rec>& airports) {
+namespace {
+
+template <class Source>
+Database_Read_Result Decode_Records(Source& source, int32_t airport_count,
+                                    Dyn_Array<Airport_Rec>& airports) {
     if (airport_count < 0 ||
-        static_cast<uint64_t>(airport_count) + 1 > bytes.size() / Min_Record_Size) {
+        static_cast<uint64_t>(airport_count) + 1 > source.Remaining() / Min_Record_Size) {
         airports.Release();
         return Database_Read_Result::Damaged;
     }
     airports.Allocate(static_cast<size_t>(airport_count) + 1);
-    Decoder d(bytes);
+    Decoder<Source> d(source);
     for (Airport_Rec& a : airports.items) {
         d.Airport(a);
         if (d.failed) {
@@ -244,6 +327,15 @@ Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
     return Database_Read_Result::Ok;
 }
 
+} // namespace
+
+Database_Read_Result Decode_Airport_Database(const std::vector<uint8_t>& bytes,
+                                             int32_t airport_count,
+                                             Dyn_Array<Airport_Rec>& airports) {
+    Memory_Source source(bytes);
+    return Decode_Records(source, airport_count, airports);
+}
+
 Database_Read_Result Read_Airport_Database(const std::string& native_path, int32_t airport_count,
                                            Dyn_Array<Airport_Rec>& airports) {
     airports.Release();
@@ -252,12 +344,14 @@ Database_Read_Result Read_Airport_Database(const std::string& native_path, int32
         std::filesystem::file_size(native_path, error) > Max_Database_File_Size && !error) {
         return Database_Read_Result::Damaged;
     }
-    std::optional<std::vector<uint8_t>> bytes =
-        Read_Whole_File_Bytes(native_path, Max_Database_File_Size);
-    if (!bytes) {
+    // Read in parts as the records are decoded: the file's 22 MB need not sit in memory
+    // beside the airports made from them.
+    File_Part_Reader reader;
+    if (!reader.Open(native_path, Max_Database_File_Size)) {
         return Database_Read_Result::Cannot_Open;
     }
-    return Decode_Airport_Database(*bytes, airport_count, airports);
+    const Database_Read_Result result = Decode_Records(reader, airport_count, airports);
+    return reader.Read_Failed() ? Database_Read_Result::Cannot_Open : result;
 }
 
 } // namespace quilmark

@@ -3,11 +3,15 @@
 #include <filesystem>
 #include <new>
 #include <optional>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include "airspace/section_dispatch.h"
 #include "platform/native_paths.h"
 #include "platform/text1252.h"
 #include "scenery/airport_database.h"
+#include "scenery/airport_file_decoder.h"
 #include "scenery/config_file.h"
 #include "scenery/fs2004_scan.h"
 #include "scenery/locate_folders.h"
@@ -43,6 +47,11 @@ constexpr const char* Count_Not_Stored_Text =
 constexpr const char* Out_Of_Memory_Text =
     "There is not enough memory to read the airports of this scenery, so the list will stay "
     "empty.";
+
+// One worker beside the scan's own thread, where the machine has a second core.
+int Scan_Worker_Threads() {
+    return std::thread::hardware_concurrency() > 1 ? 1 : 0;
+}
 
 bool Database_File_Exists() {
     std::error_code error;
@@ -274,13 +283,22 @@ bool Is_Atc_Area(const Scenery_Area& area) {
 }
 
 void Scan_Airport_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui) {
+    // The walk over the areas lists the files first, so that a worker can decode them
+    // ahead; the statuses, the boundary sections, the airports and the bar then follow
+    // step by step, file by file, in the same order.
+    struct Step {
+        int16_t area_index;
+        bool takes_file;
+    };
+    std::vector<Step> steps;
+    std::vector<std::string> paths;
     while (form.area_index < m.scenery_area_count) {
         const Scenery_Area& area = m.scenery_areas[static_cast<size_t>(form.area_index)];
         if (!Is_Airport_Area(area)) {
             ++form.area_index;
             continue;
         }
-        ui.Show_Status(area.Title);
+        steps.push_back({form.area_index, false});
         if (area.Local != form.area_folder) {
             // A new folder: its enumeration starts. The same folder again in the next area
             // continues the enumeration that has already ended.
@@ -292,11 +310,23 @@ void Scan_Airport_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui) {
             ++form.area_index;
             continue;
         }
-        const Listed_File_Rec& file = form.area_files[form.next_area_file++];
         // The program's path is the folder and name in lower case; it is resolved to the
         // file listed, whatever the case of its letters.
-        if (Load_Bgl_Image(form.bgl_image, file.native_path) && Has_Bgl_Marker(form.bgl_image)) {
-            Read_BGL_Sections(form, m);
+        paths.push_back(form.area_files[form.next_area_file++].native_path);
+        steps.back().takes_file = true;
+    }
+    Airport_File_Decoder decoder(std::move(paths), m.magvar_grid, !form.database_present,
+                                 Scan_Worker_Threads());
+    for (const Step& step : steps) {
+        ui.Show_Status(m.scenery_areas[static_cast<size_t>(step.area_index)].Title);
+        if (!step.takes_file) {
+            continue;
+        }
+        Decoded_Airport_File_Rec file = decoder.Take_Next();
+        std::swap(form.bgl_image, file.image);
+        Append_Decoded_Airports(file, m.airports, m.airport_count);
+        if (file.has_sections) {
+            Read_Boundary_Part(form, m);
         }
         ui.Set_Progress_Value(ui.Progress_Value() + 1);
         ui.Redraw_Progress();
