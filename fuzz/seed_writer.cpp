@@ -6,12 +6,12 @@
 #include <string>
 
 #include "bgl/airport_walker.h"
+#include "bgl_writer/bgl_writer.h"
+#include "bgl_writer/fs2004_writer.h"
 #include "fuzz_support.h"
 #include "scenery/airport_database.h"
 #include "scenery/config_file.h"
-#include "support/bgl_writer.h"
 #include "support/example_field.h"
-#include "support/fs2004_writer.h"
 
 namespace quilmark {
 

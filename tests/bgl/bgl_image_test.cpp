@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "bgl/bgl_image.h"
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 #include "support/work_dir.h"
 
 namespace quilmark {

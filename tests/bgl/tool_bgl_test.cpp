@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 #include "support/decode.h"
 #include "support/example_field.h"
 #include "support/json_value.h"

@@ -4,11 +4,11 @@
 
 #include <memory>
 
+#include "bgl_writer/fs2004_writer.h"
 #include "fs2004/airport_convert.h"
 #include "fs2004/bgl_file.h"
 #include "fs2004/layers.h"
 #include "scenery/magdec.h"
-#include "support/fs2004_writer.h"
 #include "support/work_dir.h"
 
 namespace quilmark {

@@ -1,8 +1,8 @@
 // FS2004 boundaries: which ones hold the airport, and how each becomes an airspace.
 #include <gtest/gtest.h>
 
+#include "bgl_writer/fs2004_writer.h"
 #include "fs2004/boundaries.h"
-#include "support/fs2004_writer.h"
 
 namespace quilmark {
 

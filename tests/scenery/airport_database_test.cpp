@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "bgl_writer/bgl_writer.h"
 #include "scenery/airport_database.h"
-#include "support/bgl_writer.h"
 #include "support/decode.h"
 #include "support/example_field.h"
 #include "support/work_dir.h"

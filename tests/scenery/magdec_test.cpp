@@ -2,8 +2,8 @@
 
 #include <memory>
 
+#include "bgl_writer/bgl_writer.h"
 #include "scenery/magdec.h"
-#include "support/bgl_writer.h"
 #include "support/work_dir.h"
 
 namespace quilmark {

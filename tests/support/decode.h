@@ -6,7 +6,7 @@
 
 #include "airspace/boundary_walker.h"
 #include "bgl/airport_walker.h"
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 
 namespace quilmark {
 

@@ -3,7 +3,7 @@
 // a taxiway block with points, parking, runway and taxiway paths and names.
 #pragma once
 
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 
 namespace quilmark {
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "support/fs2004_writer.h"
+#include "bgl_writer/fs2004_writer.h"
 
 namespace quilmark {
 

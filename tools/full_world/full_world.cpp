@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 
 namespace quilmark {
 

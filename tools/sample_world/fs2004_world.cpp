@@ -5,8 +5,8 @@
 #include <map>
 #include <memory>
 
+#include "bgl_writer/fs2004_writer.h"
 #include "description.h"
-#include "support/fs2004_writer.h"
 
 namespace quilmark {
 

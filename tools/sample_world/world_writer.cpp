@@ -9,9 +9,9 @@
 #include <stdexcept>
 #include <vector>
 
+#include "bgl_writer/bgl_writer.h"
 #include "description.h"
 #include "platform/text1252.h"
-#include "support/bgl_writer.h"
 
 namespace quilmark {
 

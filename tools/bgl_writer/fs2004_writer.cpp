@@ -1,4 +1,4 @@
-#include "support/fs2004_writer.h"
+#include "bgl_writer/fs2004_writer.h"
 
 #include <cmath>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 
 #include <cmath>
 #include <cstring>

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "support/bgl_writer.h"
+#include "bgl_writer/bgl_writer.h"
 
 namespace quilmark {
 
