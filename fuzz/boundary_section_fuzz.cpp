@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "airspace/airport_fetch.h"
+#include "airspace/airspace_class.h"
 #include "airspace/boundary_walker.h"
 #include "fuzz_support.h"
 

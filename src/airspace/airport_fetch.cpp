@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "airspace/airspace_class.h"
 #include "airspace/fs2004_fetch.h"
 #include "airspace/section_dispatch.h"
 #include "platform/native_paths.h"
@@ -36,23 +37,6 @@ void Add_Terminal_Airspace(Module1& m) {
     terminal.points[0] = Boundary_Point_Rec{Point_Fix, airport.lat, airport.lon, 0};
     terminal.points[1] = Boundary_Point_Rec{Point_Circle, 0, 0, 20};
 }
-
-} // namespace
-
-std::string Airspace_Class(const Airspace_Rec& a) {
-    if (!a.freq_text.empty() && !a.facility_name.empty()) {
-        return "ARTCC/FIR";
-    }
-    if (a.floor_alt <= 2500 && a.ceiling_alt <= 2500) {
-        return "Airspace Class D";
-    }
-    if (a.floor_alt <= 4000 && a.ceiling_alt <= 4000) {
-        return "Airspace Class C";
-    }
-    return "Airspace Class B";
-}
-
-namespace {
 
 constexpr const char* Airport_Out_Of_Memory_Text =
     "There is not enough memory to open this airport.";

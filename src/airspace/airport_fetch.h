@@ -11,7 +11,6 @@
 namespace quilmark {
 
 class Chooser_Form;
-struct Airspace_Rec;
 struct Form3_Data;
 struct Module1;
 
@@ -19,8 +18,5 @@ struct Module1;
 // nothing happens at all).
 void Get_Airport(Module1& m, Form3_Data& form, Chooser_Form& ui,
                  const std::optional<std::string>& chosen_entry);
-
-// The class of an airspace from its frequencies, facility name and altitude band.
-std::string Airspace_Class(const Airspace_Rec& airspace);
 
 } // namespace quilmark

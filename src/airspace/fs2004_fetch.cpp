@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "airspace/airport_fetch.h"
+#include "airspace/airspace_class.h"
 #include "fs2004/area_order.h"
 #include "fs2004/bgl_file.h"
 #include "fs2004/boundaries.h"

@@ -272,16 +272,6 @@ void Scan(Module1& m, Form3_Data& form, Chooser_Form& ui, Scan_Request request,
 
 } // namespace
 
-bool Is_Airport_Area(const Scenery_Area& area) {
-    return Equal_No_Case(area.Title, "Airport and Facilities Data") &&
-           Equal_No_Case(area.Required, "TRUE");
-}
-
-bool Is_Atc_Area(const Scenery_Area& area) {
-    return Equal_No_Case(area.Title, "Additional Facility Data") &&
-           Equal_No_Case(area.Required, "TRUE");
-}
-
 void Scan_Airport_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     // The walk over the areas lists the files first, so that a worker can decode them
     // ahead; the statuses, the boundary sections, the airports and the bar then follow

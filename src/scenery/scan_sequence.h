@@ -34,12 +34,6 @@ void Scan_Airport_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui);
 // Adds the list text of airports 0 to airport_count - 1 to the chooser's list.
 void Fill_Airport_List(const Module1& m, Chooser_Form& ui);
 
-// An area is one the database build reads (title "Airport and Facilities Data"), or the
-// one the airport fetch reads airspace from ("Additional Facility Data"), if Required is
-// "TRUE"; both compared without regard to case.
-bool Is_Airport_Area(const Scenery_Area& area);
-bool Is_Atc_Area(const Scenery_Area& area);
-
 constexpr const char* Database_Damaged_Text =
     "The airport database file all_fs_airports.dat is damaged or does not match the "
     "settings file. This program will now create it again from the scenery files. This "

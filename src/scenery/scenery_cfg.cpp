@@ -210,4 +210,14 @@ Scenery_Cfg_Status Read_Scenery_Cfg(Module1& m, const std::string& native_path) 
     return Read_Scenery_Cfg_Text(m, *bytes);
 }
 
+bool Is_Airport_Area(const Scenery_Area& area) {
+    return Equal_No_Case(area.Title, "Airport and Facilities Data") &&
+           Equal_No_Case(area.Required, "TRUE");
+}
+
+bool Is_Atc_Area(const Scenery_Area& area) {
+    return Equal_No_Case(area.Title, "Additional Facility Data") &&
+           Equal_No_Case(area.Required, "TRUE");
+}
+
 } // namespace quilmark

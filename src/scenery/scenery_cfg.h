@@ -34,6 +34,12 @@ Scenery_Cfg_Status Read_Scenery_Cfg(Module1& m, const std::string& native_path);
 // The same for the file's bytes already in memory.
 Scenery_Cfg_Status Read_Scenery_Cfg_Text(Module1& m, std::string_view file_bytes);
 
+// An area is one the database build reads (title "Airport and Facilities Data"), or the
+// one the airport fetch reads airspace from ("Additional Facility Data"), if Required is
+// "TRUE"; both compared without regard to case.
+bool Is_Airport_Area(const Scenery_Area& area);
+bool Is_Atc_Area(const Scenery_Area& area);
+
 // The value of key in block: the text after the first "key=" (found in lower case) up to
 // the end of its line, case kept, nothing trimmed. Empty if the key is not there.
 std::string Get_Cfg_Value(std::string_view block, std::string_view key);

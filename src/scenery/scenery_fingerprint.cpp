@@ -6,7 +6,7 @@
 #include "fs2004/area_order.h"
 #include "platform/native_paths.h"
 #include "scenery/fs2004_scan.h"
-#include "scenery/scan_sequence.h"
+#include "scenery/scenery_cfg.h"
 #include "state/module1.h"
 
 namespace quilmark {

@@ -1,7 +1,7 @@
 // The boundary section walker and the boundary records, through Read_BGL_Sections.
 #include <gtest/gtest.h>
 
-#include "airspace/airport_fetch.h"
+#include "airspace/airspace_class.h"
 #include "support/decode.h"
 
 namespace quilmark {
