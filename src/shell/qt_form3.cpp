@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCompleter>
+#include <QCoreApplication>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -225,7 +226,10 @@ void Form3::Add_List_Entry(const std::string& text) {
 }
 
 void Form3::Repaint_Form() {
-    repaint();
+    // Whatever waits to be painted is painted now. The bar and the status box paint
+    // themselves the moment they change, so a form that looks as it did is not painted
+    // over again: the fetch asks for this twice for every ATC file.
+    QCoreApplication::sendPostedEvents(this, QEvent::UpdateRequest);
 }
 
 void Form3::Hand_Over_To_Chart() {
