@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "chart/aircraft_overlay.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_sequence.h"
@@ -50,8 +52,8 @@ Recording_Surface Redraw_At(Module1& m, int level, void (*change)(Module1&) = nu
 } // namespace
 
 // The layers of each band of zoom levels in drawing order, the aircraft last; display flags
-// and empty lists drop their layers.
-TEST(DrawChart, LayersByZoomBandFlagsAndLists) {
+// and empty lists drop their layers. Each layer starts with its own pen and brush.
+TEST(DrawChart, LayersByZoomBandFlagsAndListsWithTheirPens) {
     struct Case {
         int level;
         void (*change)(Module1&);
@@ -73,41 +75,24 @@ TEST(DrawChart, LayersByZoomBandFlagsAndLists) {
         {9, [](M& m) { m.fsuipc_connected = false; }, "airspace runways ils"},
         {9, [](M& m) { m.follow_aircraft = false; }, "airspace runways ils aircraft"},
     };
+    const std::map<std::string, Pen_State_Rec> pens = {
+        {"airspace", {Chart_Dark_Blue, 1, Draw_Style_Dash, Chart_Dark_Blue, Fill_Style_Hollow}},
+        {"runways", {Chart_Green, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
+        {"ils", {Chart_Yellow, 1, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
+        {"aircraft", {Chart_Green, 1, Draw_Style_Solid, Chart_Green, Fill_Style_Solid}},
+        {"parkings", {Chart_Brown_Red, 2, Draw_Style_Solid, Chart_Brown_Red, Fill_Style_Solid}},
+        {"taxiways", {Chart_Light_Grey, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
+    };
     for (const Case& c : cases) {
         Module1 m = Full_Module();
         Recording_Surface s = Redraw_At(m, c.level, c.change);
         EXPECT_EQ(Layer_Text(s), c.layers) << "level " << c.level;
         ASSERT_FALSE(s.ops.empty());
         EXPECT_EQ(s.ops.front().op, Surface_Op::Cls);
-    }
-}
-
-TEST(DrawChart, PenAndBrushEachLayerStartsWith) {
-    struct Case {
-        int level;
-        const char* layer;
-        Pen_State_Rec state;
-    };
-    const Case cases[] = {
-        {9, "airspace", {Chart_Dark_Blue, 1, Draw_Style_Dash, Chart_Dark_Blue, Fill_Style_Hollow}},
-        {9, "runways", {Chart_Green, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-        {9, "ils", {Chart_Yellow, 1, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-        {9, "aircraft", {Chart_Green, 1, Draw_Style_Solid, Chart_Green, Fill_Style_Solid}},
-        {13, "parkings", {Chart_Brown_Red, 2, Draw_Style_Solid, Chart_Brown_Red, Fill_Style_Solid}},
-        {13, "taxiways", {Chart_Light_Grey, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-        {13, "runways", {Chart_Green, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-    };
-    for (const Case& c : cases) {
-        Module1 m = Full_Module();
-        Recording_Surface s = Redraw_At(m, c.level);
-        bool found = false;
         for (const Layer_Run_Rec& run : Layer_Runs(s)) {
-            if (run.layer == c.layer) {
-                EXPECT_EQ(Pen_State_At(s, run.first_op), c.state) << c.layer << " at " << c.level;
-                found = true;
-            }
+            EXPECT_EQ(Pen_State_At(s, run.first_op), pens.at(run.layer))
+                << run.layer << " at " << c.level;
         }
-        EXPECT_TRUE(found) << c.layer << " at " << c.level;
     }
 }
 
