@@ -110,15 +110,6 @@ inline std::vector<Layer_Run_Rec> Layer_Runs(const Recording_Surface& s) {
     return runs;
 }
 
-// The layers' names in drawing order, separated by blanks.
-inline std::string Layer_Text(const Recording_Surface& s) {
-    std::string text;
-    for (const Layer_Run_Rec& run : Layer_Runs(s)) {
-        text += (text.empty() ? "" : " ") + run.layer;
-    }
-    return text;
-}
-
 // The recorded calls on one line, separated by "; ".
 inline std::string Ops(const Recording_Surface& s) {
     std::string text;
