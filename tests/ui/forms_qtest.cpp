@@ -209,13 +209,18 @@ QAction* Menu_Action(QMainWindow* form, const QString& menu, const QString& entr
     return nullptr;
 }
 
-// Splash, then wizard finished on the sample world, then the first scan.
-void First_Start(Program_Under_Test& t) {
+// The program started and past its splash.
+void Past_Splash(Program_Under_Test& t) {
     t.program->Start();
     ASSERT_NE(t.program->form1, nullptr);
     t.program->form1->Timer1_Timer();
     Settle();
     ASSERT_EQ(t.program->form1, nullptr);
+}
+
+// Splash, then wizard finished on the sample world, then the first scan.
+void First_Start(Program_Under_Test& t) {
+    Past_Splash(t);
     ASSERT_NE(t.program->form2, nullptr);
     t.program->form2->Set_Dir1_Path(QUILMARK_SAMPLE_WORLD_DIR);
     t.program->form2->Command1->click();
@@ -274,9 +279,7 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
 
     // A later start in the same folder: the chooser straight after the splash.
     Program_Under_Test later;
-    later.program->Start();
-    later.program->form1->Timer1_Timer();
-    Settle();
+    Past_Splash(later);
     EXPECT_EQ(later.program->form2, nullptr);
     ASSERT_NE(later.program->form3, nullptr);
     later.program->form3->Read_Sceneries_Paths_Timer();
@@ -288,9 +291,7 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
     EXPECT_EQ(later.m().airports.Slot_Count(), 1u);
     // Rebuilding asked for before a start's first scan takes the scan's place: one list.
     Program_Under_Test third;
-    third.program->Start();
-    third.program->form1->Timer1_Timer();
-    Settle();
+    Past_Splash(third);
     third.program->form3->rebuild_menu->trigger();
     third.program->form3->Read_Sceneries_Paths_Timer();
     EXPECT_EQ(Combo_Items(third.program->form3->Combo1), list);
@@ -299,9 +300,7 @@ TEST(Forms, FirstStartInAnEmptyFolderThenALaterStart) {
 TEST(Forms, UnfinishedWizardShowsItsMessageThenEndsWithoutASettingsFile) {
     Work_Dir dir("forms-wizard");
     Program_Under_Test t(true); // the end must wait until the message has been read
-    t.program->Start();
-    t.program->form1->Timer1_Timer();
-    Settle();
+    Past_Splash(t);
     Form2* wizard = t.program->form2;
     ASSERT_NE(wizard, nullptr);
     EXPECT_EQ(wizard->windowTitle(), "Settings");
@@ -444,9 +443,7 @@ TEST(Forms, WizardFindsTheSimulatorInAWinePrefix) {
     std::filesystem::create_directories(c + "/users");
     Home_At at(home);
     Program_Under_Test t;
-    t.program->Start();
-    t.program->form1->Timer1_Timer();
-    Settle();
+    Past_Splash(t);
     Form2* wizard = t.program->form2;
     ASSERT_NE(wizard, nullptr);
     ASSERT_EQ(wizard->Drive1->count(), 3);
