@@ -118,8 +118,8 @@ TEST(DrawTaxiPaths, LongSegmentIsDrawnWholeWithItsLabelAtMost16384FeetOut) {
 }
 
 TEST(DrawParkings, DiscOfOnePercentOfTheWidthWithHalvesToEven) {
-    // Radius 3 pixels of 300; 2.5 of 250 goes to 2. A spot at an infinite position stands
-    // at the end of the pixel range, and its disc stops there.
+    // Radius 3 pixels of 300; 2.5 of 250 goes to 2 and 3.5 of 350 to 4. A spot at an infinite
+    // position stands at the end of the pixel range, and its disc stops there.
     struct Case {
         int32_t width;
         double lat, lon;
@@ -129,6 +129,7 @@ TEST(DrawParkings, DiscOfOnePercentOfTheWidthWithHalvesToEven) {
     const Case cases[] = {
         {300, 0, 0, "Ellipse 147 53 153 47; ForeColor 0 0 0; TextOutA 150 50"},
         {250, 0, 0, "Ellipse 123 52 127 48; ForeColor 0 0 0; TextOutA 125 50"},
+        {350, 0, 0, "Ellipse 171 54 179 46; ForeColor 0 0 0; TextOutA 175 50"},
         {300, -inf, inf,
          "Ellipse 2147483644 2147483647 2147483647 2147483644; ForeColor 0 0 0; "
          "TextOutA 2147483647 2147483647"},
