@@ -61,19 +61,12 @@ TEST(DrawTaxiPaths, EveryKindIsALineButOnlyTaxiwaysCarryLabels) {
         Set_Exact(a.taxi_paths, a.taxi_path_count, {{c.kind, 0, end, c.label}});
         Recording_Surface s;
         Draw_Taxi_Paths(s, Small_View, m);
-        std::vector<std::string> lines = Recorded_Op_Lines(s);
-        ASSERT_GE(lines.size(), 5u);
-        EXPECT_EQ(lines[0], "ForeColor 192 192 192");
-        EXPECT_EQ(lines[1], "FillColor 0 0 0");
-        EXPECT_EQ(lines[2], "FillStyle 1");
-        EXPECT_EQ(lines[3], "MoveToEx 300 500");
-        EXPECT_EQ(lines[4], c.kind == Path_Parking ? "LineTo 700 200" : "LineTo 700 500");
-        EXPECT_EQ(lines.size(), c.labelled ? 7u : 5u) << c.kind << " '" << c.label << "'";
-        if (c.labelled) {
-            EXPECT_EQ(lines[5], "ForeColor 0 0 0");
-            EXPECT_EQ(s.ops[6].op, Surface_Op::TextOutA);
-            EXPECT_EQ(s.ops[6].text, c.label);
-        }
+        const std::string line = std::string("ForeColor 192 192 192; FillColor 0 0 0; "
+                                             "FillStyle 1; MoveToEx 300 500; LineTo 700 ") +
+                                 (c.kind == Path_Parking ? "200" : "500");
+        const std::string label = "; ForeColor 0 0 0; TextOutA 500 503 \"" + std::string(c.label);
+        EXPECT_EQ(Ops(s), line + (c.labelled ? label + "\"" : ""))
+            << c.kind << " '" << c.label << "'";
     }
 }
 
@@ -125,8 +118,8 @@ TEST(DrawTaxiPaths, LongSegmentIsDrawnWholeWithItsLabelAtMost16384FeetOut) {
 }
 
 TEST(DrawParkings, DiscOfOnePercentOfTheWidthWithHalvesToEven) {
-    // Radius 3 pixels of 300; 2.5 of 250 goes to 2. A spot at an infinite position stands
-    // at the end of the pixel range, and its disc stops there.
+    // Radius 3 pixels of 300; 2.5 of 250 goes to 2 and 3.5 of 350 to 4. A spot at an infinite
+    // position stands at the end of the pixel range, and its disc stops there.
     struct Case {
         int32_t width;
         double lat, lon;
@@ -136,6 +129,7 @@ TEST(DrawParkings, DiscOfOnePercentOfTheWidthWithHalvesToEven) {
     const Case cases[] = {
         {300, 0, 0, "Ellipse 147 53 153 47; ForeColor 0 0 0; TextOutA 150 50"},
         {250, 0, 0, "Ellipse 123 52 127 48; ForeColor 0 0 0; TextOutA 125 50"},
+        {350, 0, 0, "Ellipse 171 54 179 46; ForeColor 0 0 0; TextOutA 175 50"},
         {300, -inf, inf,
          "Ellipse 2147483644 2147483647 2147483647 2147483644; ForeColor 0 0 0; "
          "TextOutA 2147483647 2147483647"},

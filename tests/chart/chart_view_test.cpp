@@ -53,21 +53,6 @@ TEST(PixelToGeo, TheInverseOverTheClientAreaInSinglePrecision) {
               static_cast<double>(static_cast<float>(1.0 / 3)));
 }
 
-TEST(PercentToPixels, RoundsThePercentThenTheResult) {
-    const struct {
-        float percent;
-        int32_t width;
-        int32_t pixels;
-    } cases[] = {
-        {0.8f, 240, 2}, {0.5f, 300, 0}, {1.5f, 300, 6}, // the percent itself rounded first
-        {1.0f, 149, 1}, {1.0f, 250, 2}, {1.0f, 350, 4},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Percent_To_Pixels(Unit_View(c.width, 100), c.percent), c.pixels)
-            << c.percent << "% of " << c.width;
-    }
-}
-
 TEST(Zoom, EachStepHalvesOrDoublesAboutTheCentreWithinTheLevels) {
     Chart_View v = Unit_View(100, 100);
     v.zoom_level = 3;

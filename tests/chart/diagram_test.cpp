@@ -93,47 +93,32 @@ std::vector<Drawn_Text> Drawn_Texts(const Recording_Surface& s) {
     return texts;
 }
 
-// Two convex quadrilaterals overlap by more than a hair when a corner of one lies inside
-// the other, or two of their edges cross.
-bool Inside(const std::array<Point_F_Rec, 4>& q, Point_F_Rec p) {
-    int sign = 0;
-    for (size_t i = 0; i < 4; ++i) {
-        const Point_F_Rec a = q[i];
-        const Point_F_Rec b = q[(i + 1) % 4];
-        const double cross = (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
-        const double len = Distance(a, b);
-        if (std::abs(cross) <= 0.25 * len) {
-            return false; // on an edge, within a quarter of a pixel
-        }
-        const int s = cross > 0 ? 1 : -1;
-        if (sign != 0 && s != sign) {
-            return false;
-        }
-        sign = s;
-    }
-    return true;
-}
-
-bool Cross(Point_F_Rec a, Point_F_Rec b, Point_F_Rec c, Point_F_Rec d) {
-    auto side = [](Point_F_Rec p, Point_F_Rec q, Point_F_Rec r) {
-        return (q.x - p.x) * (r.y - p.y) - (q.y - p.y) * (r.x - p.x);
-    };
-    const double eps = 0.25;
-    return side(a, b, c) * side(a, b, d) < -eps && side(c, d, a) * side(c, d, b) < -eps;
-}
-
+// Two text boxes overlap by more than a hair (a quarter of a pixel) unless the normal of
+// an edge of one of them separates them.
 bool Overlap(const Drawn_Text& x, const Drawn_Text& y) {
-    for (size_t i = 0; i < 4; ++i) {
-        if (Inside(x.corners, y.corners[i]) || Inside(y.corners, x.corners[i])) {
-            return true;
-        }
-        for (size_t j = 0; j < 4; ++j) {
-            if (Cross(x.corners[i], x.corners[(i + 1) % 4], y.corners[j], y.corners[(j + 1) % 4])) {
-                return true;
+    for (const auto* box : {&x.corners, &y.corners}) {
+        for (size_t i = 0; i < 2; ++i) {
+            const Point_F_Rec a = (*box)[i], b = (*box)[i + 1];
+            const double length = Distance(a, b);
+            if (length == 0) {
+                continue;
+            }
+            auto span = [&](const std::array<Point_F_Rec, 4>& corners) {
+                std::pair<double, double> s{1e300, -1e300};
+                for (const Point_F_Rec p : corners) {
+                    const double d = (p.x * (a.y - b.y) + p.y * (b.x - a.x)) / length;
+                    s = {std::min(s.first, d), std::max(s.second, d)};
+                }
+                return s;
+            };
+            const auto [x_low, x_high] = span(x.corners);
+            const auto [y_low, y_high] = span(y.corners);
+            if (x_high <= y_low + 0.25 || y_high <= x_low + 0.25) {
+                return false;
             }
         }
     }
-    return false;
+    return true;
 }
 
 std::set<std::string> Text_Set(const Recording_Surface& s) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "chart/aircraft_overlay.h"
 #include "chart/chart_draw.h"
 #include "chart/chart_sequence.h"
@@ -34,6 +36,65 @@ Module1 Full_Module() {
     return m;
 }
 
+// The pen and brush in force at a drawing operation.
+struct Pen_State_Rec {
+    Rgb_Rec fore_color{};
+    int32_t draw_width = -1;
+    int32_t draw_style = -1;
+    Rgb_Rec fill_color{};
+    int32_t fill_style = -1;
+    bool operator==(const Pen_State_Rec&) const = default;
+};
+
+// The layers in the order they drew, each named once per run (told by the pen and brush
+// it drew with), with the pen and brush its first drawing operation had.
+struct Layer_Run_Rec {
+    std::string layer;
+    Pen_State_Rec pen;
+};
+
+std::vector<Layer_Run_Rec> Layer_Runs(const Recording_Surface& s) {
+    std::vector<Layer_Run_Rec> runs;
+    Pen_State_Rec pen;
+    for (const Surface_Op_Rec& op : s.ops) {
+        switch (op.op) {
+        case Surface_Op::ForeColor:
+            pen.fore_color = op.color;
+            continue;
+        case Surface_Op::DrawWidth:
+            pen.draw_width = op.args[0];
+            continue;
+        case Surface_Op::DrawStyle:
+            pen.draw_style = op.args[0];
+            continue;
+        case Surface_Op::FillColor:
+            pen.fill_color = op.color;
+            continue;
+        case Surface_Op::FillStyle:
+            pen.fill_style = op.args[0];
+            continue;
+        case Surface_Op::LineTo:
+        case Surface_Op::Ellipse:
+        case Surface_Op::Arc:
+            break;
+        default:
+            continue;
+        }
+        const Rgb_Rec c = pen.fore_color;
+        const std::string layer = c == Chart_Dark_Blue || c == Chart_Magenta ? "airspace"
+                                  : c == Chart_Brown_Red                     ? "parkings"
+                                  : c == Chart_Light_Grey                    ? "taxiways"
+                                  : c == Chart_Yellow                        ? "ils"
+                                  : c != Chart_Green                         ? "?"
+                                  : pen.fill_style == Fill_Style_Solid       ? "aircraft"
+                                                                             : "runways";
+        if (runs.empty() || runs.back().layer != layer) {
+            runs.push_back({layer, pen});
+        }
+    }
+    return runs;
+}
+
 // The chart opened on m, at a level, then changed by change, then redrawn.
 Recording_Surface Redraw_At(Module1& m, int level, void (*change)(Module1&) = nullptr) {
     Chart_View v;
@@ -50,8 +111,8 @@ Recording_Surface Redraw_At(Module1& m, int level, void (*change)(Module1&) = nu
 } // namespace
 
 // The layers of each band of zoom levels in drawing order, the aircraft last; display flags
-// and empty lists drop their layers.
-TEST(DrawChart, LayersByZoomBandFlagsAndLists) {
+// and empty lists drop their layers. Each layer starts with its own pen and brush.
+TEST(DrawChart, LayersByZoomBandFlagsAndListsWithTheirPens) {
     struct Case {
         int level;
         void (*change)(Module1&);
@@ -73,41 +134,25 @@ TEST(DrawChart, LayersByZoomBandFlagsAndLists) {
         {9, [](M& m) { m.fsuipc_connected = false; }, "airspace runways ils"},
         {9, [](M& m) { m.follow_aircraft = false; }, "airspace runways ils aircraft"},
     };
+    const std::map<std::string, Pen_State_Rec> pens = {
+        {"airspace", {Chart_Dark_Blue, 1, Draw_Style_Dash, Chart_Dark_Blue, Fill_Style_Hollow}},
+        {"runways", {Chart_Green, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
+        {"ils", {Chart_Yellow, 1, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
+        {"aircraft", {Chart_Green, 1, Draw_Style_Solid, Chart_Green, Fill_Style_Solid}},
+        {"parkings", {Chart_Brown_Red, 2, Draw_Style_Solid, Chart_Brown_Red, Fill_Style_Solid}},
+        {"taxiways", {Chart_Light_Grey, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
+    };
     for (const Case& c : cases) {
         Module1 m = Full_Module();
         Recording_Surface s = Redraw_At(m, c.level, c.change);
-        EXPECT_EQ(Layer_Text(s), c.layers) << "level " << c.level;
         ASSERT_FALSE(s.ops.empty());
         EXPECT_EQ(s.ops.front().op, Surface_Op::Cls);
-    }
-}
-
-TEST(DrawChart, PenAndBrushEachLayerStartsWith) {
-    struct Case {
-        int level;
-        const char* layer;
-        Pen_State_Rec state;
-    };
-    const Case cases[] = {
-        {9, "airspace", {Chart_Dark_Blue, 1, Draw_Style_Dash, Chart_Dark_Blue, Fill_Style_Hollow}},
-        {9, "runways", {Chart_Green, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-        {9, "ils", {Chart_Yellow, 1, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-        {9, "aircraft", {Chart_Green, 1, Draw_Style_Solid, Chart_Green, Fill_Style_Solid}},
-        {13, "parkings", {Chart_Brown_Red, 2, Draw_Style_Solid, Chart_Brown_Red, Fill_Style_Solid}},
-        {13, "taxiways", {Chart_Light_Grey, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-        {13, "runways", {Chart_Green, 2, Draw_Style_Solid, Chart_Black, Fill_Style_Hollow}},
-    };
-    for (const Case& c : cases) {
-        Module1 m = Full_Module();
-        Recording_Surface s = Redraw_At(m, c.level);
-        bool found = false;
+        std::string layers;
         for (const Layer_Run_Rec& run : Layer_Runs(s)) {
-            if (run.layer == c.layer) {
-                EXPECT_EQ(Pen_State_At(s, run.first_op), c.state) << c.layer << " at " << c.level;
-                found = true;
-            }
+            layers += (layers.empty() ? "" : " ") + run.layer;
+            EXPECT_EQ(run.pen, pens.at(run.layer)) << run.layer << " at " << c.level;
         }
-        EXPECT_TRUE(found) << c.layer << " at " << c.level;
+        EXPECT_EQ(layers, c.layers) << "level " << c.level;
     }
 }
 

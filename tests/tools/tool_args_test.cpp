@@ -36,6 +36,10 @@ TEST(ToolArgs, MisuseIsAnsweredWithOneLineAndStatus2) {
         {{"chart", entry, "--aircraft", "47,-122", "--ops"}, "heading"},
         {{"chart", entry, "--colour", "red", "--ops"}, "unknown option --colour"},
         {{"chart", "NOWHERE", "--ops"}, "\"NOWHERE\""},
+        {{"chart", entry, "--style", "diagram", "--ops"}, "takes --out FILE and no --ops"},
+        {{"chart", entry, "--style", "plain", "--out", "k.png"}, "--style takes"},
+        {{"chart", entry, "--night", "--out", "k.png"}, "--night is for --style diagram"},
+        {{"kit", entry}, "kit takes --out FILE"},
         {{"link", "--port"}, "--port needs N"},
         {{"link", "--port", "0"}, "--port takes N"},
         {{"link", "--port", "65536"}, "--port takes N"},
@@ -56,7 +60,7 @@ TEST(ToolArgs, MisuseIsAnsweredWithOneLineAndStatus2) {
 TEST(ToolArgs, HelpListsEveryCommandAndVersionIsOneLine) {
     Tool_Run help = Run_Quilmark_Tool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"bgl", "init", "scan", "db", "fetch", "chart", "link"}) {
+    for (const char* command : {"bgl", "init", "scan", "db", "fetch", "chart", "kit", "link"}) {
         EXPECT_NE(help.out.find(std::string("quilmark-tool ") + command), std::string::npos)
             << command;
     }

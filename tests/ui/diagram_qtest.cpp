@@ -1,17 +1,10 @@
-// The diagram's figures on the QPainter surface, and the diagram and trip kit as files.
-#include <QDir>
-#include <QFile>
+// The diagram's figures on the QPainter surface.
 #include <QImage>
 #include <QPainter>
-#include <QRegularExpression>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <random>
 
-#include "chart/chart_draw.h"
-#include "chart/chart_test_support.h"
-#include "chart/diagram_layout.h"
-#include "chart/qt_export.h"
 #include "chart/qt_surface.h"
 
 namespace quilmark {
@@ -49,6 +42,14 @@ QImage Blank(int size, double ratio = 1) {
     return image;
 }
 
+std::vector<QPointF> Q_Points(const std::vector<Point_F_Rec>& points) {
+    std::vector<QPointF> q;
+    for (const Point_F_Rec& p : points) {
+        q.emplace_back(p.x, p.y);
+    }
+    return q;
+}
+
 // The largest difference of a channel between two images, and the mean over all channels.
 std::pair<int, double> Difference(const QImage& a, const QImage& b) {
     int most = 0;
@@ -63,18 +64,6 @@ std::pair<int, double> Difference(const QImage& a, const QImage& b) {
         }
     }
     return {most, sum / (3.0 * a.width() * a.height())};
-}
-
-int Count_Pages(const std::string& pdf) {
-    QFile file(QString::fromStdString(pdf));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return static_cast<int>(QString::fromLatin1(file.readAll())
-                                .count(QRegularExpression(QStringLiteral("/Type\\s*/Page[^s]"))));
-}
-
-std::string Sample_File(const char* name) {
-    QDir().mkpath(QStringLiteral(QUILMARK_CHART_SAMPLES_DIR));
-    return std::string(QUILMARK_CHART_SAMPLES_DIR) + "/" + name;
 }
 
 } // namespace
@@ -101,26 +90,14 @@ TEST(DiagramSurface, FiguresPaintedByCoverageMatchQPainter) {
         {
             QPainter painter(&reference);
             painter.setRenderHint(QPainter::Antialiasing);
-            std::vector<QPointF> q;
-            for (const Point_F_Rec& p : runway) {
-                q.emplace_back(p.x, p.y);
-            }
             painter.setPen(Qt::NoPen);
             painter.setBrush(QColor(58, 58, 62));
-            painter.drawPolygon(q.data(), 4);
-            q.clear();
-            for (const Point_F_Rec& p : outline) {
-                q.emplace_back(p.x, p.y);
-            }
+            painter.drawPolygon(Q_Points(runway).data(), 4);
             painter.setPen(
                 QPen(QColor(0, 60, 200), line.width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
-            painter.drawPolyline(q.data(), 4);
-            QPen pen(QColor(90, 90, 90), Taxiway.width, Qt::SolidLine, Qt::RoundCap);
-            painter.setPen(pen);
-            for (size_t i = 0; i < f.ends.size(); i += 2) {
-                painter.drawLine(QPointF(f.ends[i].x, f.ends[i].y),
-                                 QPointF(f.ends[i + 1].x, f.ends[i + 1].y));
-            }
+            painter.drawPolyline(Q_Points(outline).data(), 4);
+            painter.setPen(QPen(QColor(90, 90, 90), Taxiway.width, Qt::SolidLine, Qt::RoundCap));
+            painter.drawLines(Q_Points(f.ends).data(), static_cast<int>(f.ends.size() / 2));
             painter.setPen(QPen(QColor(20, 20, 20), Edge.width));
             painter.setBrush(QColor(200, 60, 40));
             for (const Circle_F_Rec& c : f.circles) {
@@ -204,44 +181,6 @@ TEST(DiagramSurface, KeptLabelsLandWhereDrawnTextDoes) {
         EXPECT_LE(std::abs(boxes[0].bottom() - boxes[1].bottom()), 1) << angle;
     }
     EXPECT_EQ(sprites.Count(), 3u); // the upright image and one for each turn
-}
-
-TEST(DiagramExport, DiagramAndTripKitFiles) {
-    Module1 m;
-    Airport_Rec& a = m.current_airport;
-    a.ident = "KSEA";
-    a.name = "SEATTLE-TACOMA INTL";
-    a.lat = 47.449;
-    a.lon = -122.309;
-    a.tower_freq = "119.9";
-    Append(a.runways, a.runway_count) =
-        Runway_Rec{"16L", "34R", 47.4638, -122.3079, 47.4316, -122.3081, 433, 161, 341, 11901, 150};
-    Append(a.ils, a.ils_count) = ILS_Rec{"ISNQ", 47.4638, -122.3079, 161, "110.3"};
-    Set_Exact(a.parkings, a.parking_count, {{"GATE A 2", 47.451, -122.3025, 80}});
-    const Diagram_Source_Rec source{a, {}, m.magvar_grid, {}};
-    const Diagram_View_Rec view = Fit_Diagram_View(a, 640, 480, Diagram_Frame_Insets(640, 480));
-    for (bool night : {false, true}) {
-        Diagram_Options_Rec options;
-        options.night = night;
-        for (const char* extension : {"png", "svg", "pdf"}) {
-            const std::string path =
-                Sample_File(night ? "diagram-night." : "diagram-day.") + extension;
-            ASSERT_EQ(
-                Export_Chart_Image(path, 640, 480,
-                                   [&](Surface& s) { Draw_Diagram(s, source, view, options); }),
-                "");
-            EXPECT_GT(QFile(QString::fromStdString(path)).size(), 1000) << path;
-        }
-        const QImage png(
-            QString::fromStdString(Sample_File(night ? "diagram-night.png" : "diagram-day.png")));
-        ASSERT_EQ(png.size(), QSize(640, 480));
-        EXPECT_EQ(qGray(png.pixel(320, 240)) < 80, night); // a light or a dark chart
-    }
-    const std::vector<Kit_Airport_Rec> kit(2, Kit_Airport_Rec{a, {}});
-    const std::string pdf = Sample_File("trip-kit.pdf");
-    ASSERT_EQ(Export_Trip_Kit(pdf, kit, m.magvar_grid), "");
-    EXPECT_EQ(Count_Pages(pdf), 4);
-    EXPECT_NE(Export_Trip_Kit(Sample_File("no-airports.pdf"), {}, m.magvar_grid), "");
 }
 
 } // namespace quilmark

@@ -3,10 +3,12 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 
 #include "chart/qt_surface.h"
+#include "geo/geodesy.h"
 
 namespace quilmark {
 
@@ -34,21 +36,16 @@ bool Painted(const QImage& image, int x, int y) {
     return image.pixel(x, y) != White;
 }
 
-// Painted pixels in each quarter about (cx, cy), screen quadrants in the order
-// upper right, upper left, lower left, lower right.
-std::array<int, 4> Quadrant_Counts(const QImage& image, int cx, int cy) {
-    std::array<int, 4> counts{};
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            // Keep clear of the axes, where the arc's ends and pen caps fall.
-            if (std::abs(x - cx) < 4 || std::abs(y - cy) < 4 || !Painted(image, x, y)) {
-                continue;
+// Whether a pixel within one of (x, y) is painted.
+bool Painted_Near(const QImage& image, QPoint at) {
+    for (int dy = -1; dy <= 1; ++dy) {
+        for (int dx = -1; dx <= 1; ++dx) {
+            if (Painted(image, at.x() + dx, at.y() + dy)) {
+                return true;
             }
-            int q = y < cy ? (x > cx ? 0 : 1) : (x < cx ? 2 : 3);
-            ++counts[static_cast<size_t>(q)];
         }
     }
-    return counts;
+    return false;
 }
 
 // The smallest rectangle holding every painted pixel (null when none is).
@@ -64,95 +61,89 @@ QRect Painted_Box(const QImage& image) {
 
 } // namespace
 
-TEST(QtSurface, ArcRunsCounterClockwiseFromTheStartRadialToTheEndRadial) {
-    // Box 10..110 about (60, 60); radials through points well outside the circle.
+TEST(QtSurface, ArcsRunCounterClockwiseBetweenTheRadialsAndEllipsesFillByFillStyle) {
+    // The middles of the quarters of the circle in the box 10..110: upper right, upper
+    // left, lower left, lower right. The arcs' radials go through points outside it.
+    const QPoint ur{95, 25}, ul{25, 25}, ll{25, 95}, lr{95, 95};
+    // The point at parameter t on the ellipse in the box 0..112 by 30..90.
+    auto on_ellipse = [](double t) {
+        return QPoint(static_cast<int>(std::lround(56 + 56 * std::cos(t * Pi / 180))),
+                      static_cast<int>(std::lround(60 - 30 * std::sin(t * Pi / 180))));
+    };
     struct Case {
         const char* what;
-        bool upside_down; // the box given with its top below its bottom
-        int xs, ys, xe, ye;
-        std::array<bool, 4> quadrants; // upper right, upper left, lower left, lower right
+        std::function<void(Qt_Surface&)> draw;
+        std::vector<QPoint> painted, clear;
+        QRgb centre = 0; // the colour at (60, 60), where asked for
     };
     const Case cases[] = {
-        {"east to north", false, 115, 60, 60, 0, {true, false, false, false}},
-        {"north to east", false, 60, 0, 115, 60, {false, true, true, true}},
-        {"west to south", false, 0, 60, 60, 119, {false, false, true, false}},
-        {"east to north, box upside down", true, 115, 60, 60, 0, {true, false, false, false}},
-        {"start radial equals end radial", false, 100, 60, 115, 60, {true, true, true, true}},
+        {"east to north",
+         [](Qt_Surface& s) { s.Arc(10, 10, 110, 110, 115, 60, 60, 0); },
+         {ur},
+         {ul, ll, lr}},
+        {"north to east",
+         [](Qt_Surface& s) { s.Arc(10, 10, 110, 110, 60, 0, 115, 60); },
+         {ul, ll, lr},
+         {ur}},
+        {"west to south",
+         [](Qt_Surface& s) { s.Arc(10, 10, 110, 110, 0, 60, 60, 119); },
+         {ll},
+         {ur, ul, lr}},
+        {"east to north, box upside down",
+         [](Qt_Surface& s) { s.Arc(10, 110, 110, 10, 115, 60, 60, 0); },
+         {ur},
+         {ul, ll, lr}},
+        {"start radial equals end radial",
+         [](Qt_Surface& s) { s.Arc(10, 10, 110, 110, 100, 60, 115, 60); },
+         {ur, ul, ll, lr},
+         {}},
+        // The radial through the box's top right corner meets the ellipse at its parameter
+        // 45 degrees, (95.6, 38.8), not at (112, 30); the arc runs to the top, (56, 30).
+        {"on an ellipse",
+         [](Qt_Surface& s) { s.Arc(0, 30, 112, 90, 112, 30, 56, 30); },
+         {on_ellipse(50), on_ellipse(70), on_ellipse(85)},
+         {on_ellipse(35), on_ellipse(20), on_ellipse(110)}},
+        {"solid ellipse, box upside down",
+         [](Qt_Surface& s) {
+             s.Set_FillColor({200, 0, 0});
+             s.Set_FillStyle(Fill_Style_Solid);
+             s.Ellipse(20, 90, 100, 30);
+         },
+         {{60, 30}, {20, 60}},
+         {{60, 25}, {60, 95}, {15, 60}},
+         qRgb(200, 0, 0)},
+        {"hollow ellipse",
+         [](Qt_Surface& s) {
+             s.Set_FillColor({200, 0, 0});
+             s.Set_FillStyle(Fill_Style_Hollow);
+             s.Ellipse(20, 90, 100, 30);
+         },
+         {{60, 30}, {20, 60}},
+         {{60, 25}, {60, 95}, {15, 60}},
+         White},
+        {"boxes of no size",
+         [](Qt_Surface& s) {
+             s.Set_FillStyle(Fill_Style_Solid);
+             s.Ellipse(60, 60, 60, 60);
+             s.Arc(60, 60, 60, 60, 0, 0, 10, 10);
+         },
+         {},
+         {{60, 60}}},
     };
     for (const Case& k : cases) {
         Canvas c;
         c.surface.Set_ForeColor({0, 0, 0});
         c.surface.Set_DrawWidth(1);
-        if (k.upside_down) {
-            c.surface.Arc(10, 110, 110, 10, k.xs, k.ys, k.xe, k.ye);
-        } else {
-            c.surface.Arc(10, 10, 110, 110, k.xs, k.ys, k.xe, k.ye);
-        }
-        std::array<int, 4> counts = Quadrant_Counts(c.Done(), 60, 60);
-        for (size_t q = 0; q < 4; ++q) {
-            EXPECT_EQ(counts[q] > 20, k.quadrants[q]) << k.what << ", quadrant " << q;
-        }
-    }
-}
-
-TEST(QtSurface, ArcOnAnEllipseStartsWhereTheRadialMeetsIt) {
-    // Box 0..112 by 30..90, centre (56, 60). The radial through the box's top right
-    // corner meets the ellipse at its parameter 45 degrees, (95.6, 38.8); the arc runs
-    // from there counter-clockwise to the top (56, 30).
-    Canvas c;
-    c.surface.Arc(0, 30, 112, 90, 112, 30, 56, 30);
-    const QImage& image = c.Done();
-    auto near_painted = [&](double x, double y) {
-        for (int dy = -1; dy <= 1; ++dy) {
-            for (int dx = -1; dx <= 1; ++dx) {
-                if (Painted(image, int(std::lround(x)) + dx, int(std::lround(y)) + dy)) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    };
-    auto on_ellipse = [](double t_deg) {
-        double t = t_deg * 3.14159265358979 / 180;
-        return std::pair<double, double>{56 + 56 * std::cos(t), 60 - 30 * std::sin(t)};
-    };
-    for (double t : {50.0, 70.0, 85.0}) {
-        auto [x, y] = on_ellipse(t);
-        EXPECT_TRUE(near_painted(x, y)) << "parameter " << t;
-    }
-    for (double t : {35.0, 20.0, 110.0}) {
-        auto [x, y] = on_ellipse(t);
-        EXPECT_FALSE(near_painted(x, y)) << "parameter " << t;
-    }
-}
-
-TEST(QtSurface, EllipseBoxMayComeUpsideDownAndFillsByFillStyleAnEmptyBoxDrawsNothing) {
-    struct Case {
-        int32_t fill_style;
-        bool centre_filled;
-    };
-    const Case cases[] = {{Fill_Style_Solid, true}, {Fill_Style_Hollow, false}};
-    for (const Case& k : cases) {
-        Canvas c;
-        c.surface.Set_ForeColor({0, 0, 0});
-        c.surface.Set_FillColor({200, 0, 0});
-        c.surface.Set_FillStyle(k.fill_style);
-        c.surface.Ellipse(20, 90, 100, 30); // top below bottom
+        k.draw(c.surface);
         const QImage& image = c.Done();
-        EXPECT_EQ(image.pixel(60, 60) == qRgb(200, 0, 0), k.centre_filled);
-        EXPECT_NE(image.pixel(60, 60), qRgb(0, 0, 0));
-        EXPECT_TRUE(Painted(image, 60, 30) || Painted(image, 60, 31)) << "top of the outline";
-        EXPECT_TRUE(Painted(image, 20, 60) || Painted(image, 21, 60)) << "left of the outline";
-        EXPECT_FALSE(Painted(image, 60, 25));
-        EXPECT_FALSE(Painted(image, 60, 95));
-        EXPECT_FALSE(Painted(image, 15, 60));
+        for (const QPoint& p : k.painted) {
+            EXPECT_TRUE(Painted_Near(image, p)) << k.what << " at " << p.x() << ", " << p.y();
+        }
+        for (const QPoint& p : k.clear) {
+            EXPECT_FALSE(Painted_Near(image, p)) << k.what << " at " << p.x() << ", " << p.y();
+        }
+        EXPECT_TRUE(k.centre == 0 || image.pixel(60, 60) == k.centre) << k.what;
     }
-    // Cls leaves the whole chart white, and a box of no size draws nothing.
-    Canvas c;
-    c.surface.Set_FillStyle(Fill_Style_Solid);
-    c.surface.Ellipse(60, 60, 60, 60);
-    c.surface.Arc(60, 60, 60, 60, 0, 0, 10, 10);
-    EXPECT_TRUE(Painted_Box(c.Done()).isNull());
 }
 
 TEST(QtSurface, LinesTakeWidthAndStyleAndMoveTheCurrentPoint) {
