@@ -96,10 +96,7 @@ TEST(LocateFolders, WinePrefixDrivesAndLabelsResolveToTheirFiles) {
     Drive_List drives = Drive_List_For_Fs_Path(sim.string());
     Module1 m = With_Areas(sim.string(), {Paths("[FS2002 Disk2]\\Scenery\\World", "[FS2002 Disk2]"),
                                           Paths("C:\\FS2002\\Addon")});
-    Locate_Scenery_Folders(m, drives);
-    EXPECT_EQ(m.scenery_areas[0].Local, "d:\\scenery\\world\\scenery");
-    EXPECT_EQ(m.scenery_areas[0].Remote, "d:\\scenery");
-    EXPECT_EQ(m.scenery_areas[1].Local, "c:\\fs2002\\addon\\scenery");
+    Locate_Scenery_Folders(m, drives); // the texts: the test above
     auto files = [&](int area) {
         return List_Folder_Files(drives, m.scenery_areas[area].Local, "*.BGL");
     };

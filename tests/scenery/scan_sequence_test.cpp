@@ -122,7 +122,7 @@ TEST(ScanSequence, DamagedDatabaseIsReportedAndRebuilt) {
     EXPECT_FALSE(again->form->database_present);
 }
 
-TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
+TEST(ScanSequence, OneCdPromptForManyRemotes) {
     Work_Dir dir("scan-cd");
     Small_World(dir,
                 Area(1, "Airport and Facilities Data", "ap", "[CD]\\a") +
@@ -132,12 +132,6 @@ TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
     ASSERT_EQ(r->ui.messages.size(), 3u);
     EXPECT_EQ(r->ui.messages[0].title, "Quilmark v1.1");
     EXPECT_EQ(r->ui.messages[1].title, "Quilmark Message");
-
-    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"));
-    std::filesystem::remove(Database_File_Name);
-    auto none = Start();
-    EXPECT_EQ(none->ui.messages.size(), 2u);
-    EXPECT_EQ(none->ui.messages[0].text.substr(0, 22), "This is the first time");
 }
 
 TEST(ScanSequence, AreasQualifyByTitleAndRequiredAndSameFolderRunsOnce) {
@@ -178,20 +172,6 @@ TEST(ScanSequence, EmptyResultsAreNoErrors) {
     EXPECT_EQ(std::filesystem::file_size(Database_File_Name), 64u);
 }
 
-TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
-    Work_Dir dir("scan-count0");
-    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"),
-                {{"ap/scenery/x.bgl", "KXYZ", "X"}});
-    Start();
-    std::filesystem::remove(Config_File_Name);
-    Module1 fresh;
-    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::Ok);
-    auto r = Start();
-    EXPECT_TRUE(r->ui.list.empty());
-    EXPECT_TRUE(r->ui.messages.empty());
-    EXPECT_EQ(r->m->airports.Slot_Count(), 1u);
-}
-
 TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
     Work_Dir dir("scan-missing");
     Small_World(dir, Area(1, "Airport and Facilities Data", "ap"),
@@ -206,7 +186,8 @@ TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
                                  "headings.",
                              "Quilmark Message", Message_Icon::Information}));
     EXPECT_EQ(first->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
-    const std::string database = Read_Whole_File(Database_File_Name, Max_Database_File_Size).value();
+    const std::string database =
+        Read_Whole_File(Database_File_Name, Max_Database_File_Size).value();
 
     // A damaged path, and a count that no longer fits the database: the path leads to no
     // scenery.cfg, so nothing is built, and the complete database stays as it is. A pipe
