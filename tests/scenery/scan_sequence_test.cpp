@@ -67,7 +67,6 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
     Work_Dir dir("scan-sample");
     Module1 init;
     ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
-    const auto config_size = std::filesystem::file_size(Config_File_Name);
 
     auto first = Start();
     const std::vector<std::string> first_texts = {"Magdec.bgl File",
@@ -80,14 +79,11 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
                                                   "Done"};
     EXPECT_EQ(first->ui.Distinct_Status_Texts(), first_texts);
     ASSERT_EQ(first->ui.messages.size(), 3u); // CD prompt, first run, created
-    EXPECT_EQ(first->ui.messages[0].title, "Quilmark v1.1");
-    EXPECT_EQ(first->ui.messages[1].title, "Quilmark Message");
     EXPECT_EQ(first->m->airport_count, 8);
     EXPECT_EQ(first->ui.progress_max, 5);   // four BGL files and one: the bar never fills
     EXPECT_EQ(first->ui.progress_value, 0); // emptied at the end
     EXPECT_EQ(first->ui.control_changes, (std::vector<bool>{false, true}));
     EXPECT_FALSE(first->ui.scan_timer_enabled);
-    EXPECT_EQ(std::filesystem::file_size(Config_File_Name), config_size);
 
     auto later = Start();
     EXPECT_EQ(later->ui.Sorted_List(), first->ui.Sorted_List());
