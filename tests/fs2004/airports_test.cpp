@@ -8,8 +8,7 @@
 #include "fs2004/airport_convert.h"
 #include "fs2004/bgl_file.h"
 #include "fs2004/layers.h"
-#include "scenery/magdec.h"
-#include "support/work_dir.h"
+#include "geo/magnetic_variation.h"
 
 namespace quilmark {
 
@@ -188,13 +187,9 @@ TEST(Fs2004Airports, EverySubRecordKindIntoTheChartsRecord) {
     EXPECT_EQ(a.name, "SEATTLE-TACOMA INTL"); // its own name before the name list's
     EXPECT_NEAR(a.lat, 47.449889, 1e-6);
     EXPECT_NEAR(a.lon, -122.311778, 1e-6);
-    const std::string freqs[] = {a.atis_freq,     a.ground_freq,    a.tower_freq, a.clearance_freq,
-                                 a.approach_freq, a.departure_freq, a.center_freq};
-    const std::string expected_freqs[] = {"118",   "121.7", "119.9", "128",
-                                          "119.2", "120.4", "124.2"};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(freqs[i], expected_freqs[i]);
-    }
+    EXPECT_EQ(a.atis_freq + " " + a.ground_freq + " " + a.tower_freq + " " + a.clearance_freq +
+                  " " + a.approach_freq + " " + a.departure_freq + " " + a.center_freq,
+              "118 121.7 119.9 128 119.2 120.4 124.2");
 
     ASSERT_EQ(a.runway_count, 3);
     EXPECT_EQ(a.runways.Slot_Count(), 4u);
@@ -322,31 +317,6 @@ TEST(Fs2004Layers, HigherLayersDeleteWhatTheyNameAndAddTheirOwn) {
     EXPECT_EQ(bfi.runways[0].end1_name, "14");
     EXPECT_EQ(bfi.tower_freq, "");
     EXPECT_EQ(record(2).name, "SNOHOMISH CO");
-}
-
-TEST(Fs2004Magdec, TheGridLoadsAsFs2002s) {
-    // The FS2004 file: world set 1, the grid's position 0x80 at 110, the grid's size and
-    // date at 0x80, the values at 0x88, and a 12-byte string behind them.
-    std::vector<int16_t> values(65160, 0);
-    values[181 * 238 + 90 + 47] = 2822; // 15.5 E at 47 N 122 W
-    values[181 * 0 + 90 + 51] = -55;    // 0.3 W at 51 N 0 E
-    Fs9_Bytes file;
-    file.U8(1).Text("", 0x7F);
-    file.bytes[0x6E] = 0x80;
-    file.U16(360).U16(181).U8(1).U8(1).U16(0x1993);
-    for (int16_t v : values) {
-        file.U16(static_cast<uint16_t>(v));
-    }
-    file.Text("magdec 1993", 12);
-    ASSERT_EQ(file.bytes.size(), 130468u);
-    const std::string path = Temp_File("fs2004_magdec.bgl");
-    Write_File(path, file.bytes);
-    auto grid = std::make_unique<Magvar_Grid>();
-    Bgl_Image image;
-    ASSERT_TRUE(Load_Magdec(image, *grid, path));
-    EXPECT_EQ(True_To_Magnetic(*grid, 100, 47.2, -122.4), 85);
-    EXPECT_EQ(Variation_Degrees(*grid, 51, 0), 0); // below a degree
-    EXPECT_EQ((*grid)[181 * 0 + 90 + 51], -55);
 }
 
 TEST(Fs2004Files, DamagedFilesEndEveryWalkWithinTheirBytes) {

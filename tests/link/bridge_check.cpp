@@ -1,13 +1,8 @@
-// The native half of the Wine tests: talks to quilmark-bridge.exe on its port.
-//
-//   bridge_check values --port N      opens the link through the bridge and the mock module,
-//                                     and reads the aircraft as the chart does
-//   bridge_check no-window --port N   expects Link_Open to report 2 (bridge, no module)
-//   bridge_check malformed --port N   sends broken frames, expects no answer to any of them,
-//                                     and a sound request after each still answered
-//   bridge_check hold-up --port N     a trickling client is dropped while another is served,
-//                                     and a burst of 50 connections is all answered
-//
+// The native half of the Wine tests (wine_bridge_test.sh): talks to quilmark-bridge.exe on
+// its port. Modes: values (the aircraft read as the chart does, through the bridge and the
+// mock module), no-window (Link_Open reports 2: a bridge, no module), malformed (broken
+// frames get no answer, and a sound request after each is still answered), hold-up (a
+// trickling client is dropped while another is served; a burst of connections all answered).
 // Exits 0 when everything was as expected, 1 otherwise, printing what it does.
 #include <chrono>
 #include <cstdio>

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <memory>
 #include <thread>
 #include <vector>
 
@@ -98,25 +97,7 @@ TEST_F(Bridge_Test, MalformedFramesGetNoAnswerAndReachNothing) {
     Answer(Sized(sound)); // and the next sound frame is answered
 }
 
-// (The values through the bridge: the tool's link tests.)
-TEST(Bridge_Loop, NoBridgeMeansNoWindowAndTheOpenReleasesWhatItMade) {
-    Fake_Module_Transport fake;
-    auto server = std::make_unique<Running_Bridge>(fake);
-    Bridge_Transport transport(server->Port());
-    Fsuipc_Rec link;
-    link.transport = &transport;
-    Link_Reset(link);
-    Link_Result result = Link_Result::Ok;
-    EXPECT_TRUE(Link_Open(link, Fsuipc_Fs2002, result));
-    Link_Close(link);
-    server.reset(); // nothing listens on the port any more
-    Link_Reset(link);
-    EXPECT_FALSE(Link_Open(link, Fsuipc_Fs2002, result));
-    EXPECT_EQ(result, Link_Result::No_Window);
-    EXPECT_EQ(transport.Last_Error(), Bridge_Error_Refused);
-    EXPECT_EQ(transport.Atoms_Held(), 0u);
-}
-
+// (The values through the bridge, and no bridge at all: the tool's link tests.)
 TEST(Bridge_Loop, ATricklingClientIsDroppedAtTheFrameDeadlineWhileOthersAreServed) {
     Fake_Module_Transport fake;
     Bridge_Limits_Rec limits;

@@ -68,7 +68,6 @@ TEST(AirportDatabase, ArrayDescriptorsWithAndWithoutTaxiways) {
     const Bytes full = Encode_Airport_Database(example);
     Dyn_Array<Airport_Rec> back;
     ASSERT_EQ(Decode_Airport_Database(full, 1, back), Database_Read_Result::Ok);
-    EXPECT_EQ(back, example);
     EXPECT_EQ(back[0].taxi_points.Slot_Count(), 3u);
     EXPECT_EQ(back[0].runways.Slot_Count(), 3u);
     EXPECT_EQ(back[0].ils.Slot_Count(), 4u);

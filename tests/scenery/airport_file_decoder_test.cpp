@@ -11,41 +11,34 @@
 namespace quilmark {
 namespace {
 
-// What one thread reading file after file makes of a run: the database bytes of all the
-// airports, and each image's walk budget after its airport section (the boundary walk
-// goes on from it).
+// What a run makes of the files: the database bytes of all the airports, and each image's
+// walk budget after its airport section (the boundary walk goes on from it). Workers
+// below 0: one thread reading file after file, without the decoder.
 struct Run_Result {
     std::vector<uint8_t> database;
     std::vector<int64_t> budgets;
 };
 
-Run_Result Read_In_Turn(const std::vector<std::string>& paths, const Magvar_Grid& grid) {
+Run_Result Decode_Run(const std::vector<std::string>& paths, const Magvar_Grid& grid, int workers) {
     Run_Result r;
     Dyn_Array<Airport_Rec> airports;
     airports.Release();
     int32_t count = 0;
-    Bgl_Image image;
-    for (const std::string& path : paths) {
-        if (Load_Bgl_Image(image, path) && Has_Bgl_Marker(image)) {
-            Read_Airport_Section(image, grid, true, airports, count);
+    if (workers < 0) {
+        Bgl_Image image;
+        for (const std::string& path : paths) {
+            if (Load_Bgl_Image(image, path) && Has_Bgl_Marker(image)) {
+                Read_Airport_Section(image, grid, true, airports, count);
+            }
+            r.budgets.push_back(image.walk_budget);
         }
-        r.budgets.push_back(image.walk_budget);
-    }
-    r.database = Encode_Airport_Database(airports);
-    return r;
-}
-
-Run_Result Decode_Ahead(const std::vector<std::string>& paths, const Magvar_Grid& grid,
-                        int workers) {
-    Run_Result r;
-    Dyn_Array<Airport_Rec> airports;
-    airports.Release();
-    int32_t count = 0;
-    Airport_File_Decoder decoder(paths, grid, true, workers);
-    for (size_t i = 0; i < paths.size(); ++i) {
-        Decoded_Airport_File_Rec file = decoder.Take_Next();
-        Append_Decoded_Airports(file, airports, count);
-        r.budgets.push_back(file.image.walk_budget);
+    } else {
+        Airport_File_Decoder decoder(paths, grid, true, workers);
+        for (size_t i = 0; i < paths.size(); ++i) {
+            Decoded_Airport_File_Rec file = decoder.Take_Next();
+            Append_Decoded_Airports(file, airports, count);
+            r.budgets.push_back(file.image.walk_budget);
+        }
     }
     r.database = Encode_Airport_Database(airports);
     return r;
@@ -68,10 +61,10 @@ TEST(AirportFileDecoder, DecodingAheadGivesTheBytesOfReadingInTurn) {
         paths.push_back(Sample_World_Folder() + "/missing.bgl");
     }
     Magvar_Grid grid{};
-    const Run_Result in_turn = Read_In_Turn(paths, grid);
+    const Run_Result in_turn = Decode_Run(paths, grid, -1);
     ASSERT_GT(in_turn.database.size(), 10000u);
     for (int workers : {0, 1, 3}) {
-        const Run_Result ahead = Decode_Ahead(paths, grid, workers);
+        const Run_Result ahead = Decode_Run(paths, grid, workers);
         EXPECT_EQ(ahead.database, in_turn.database) << workers << " workers";
         EXPECT_EQ(ahead.budgets, in_turn.budgets) << workers << " workers";
     }

@@ -67,7 +67,6 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
     Work_Dir dir("scan-sample");
     Module1 init;
     ASSERT_EQ(Write_First_Config(init, true, Sample_World_Folder()), Config_Status::Ok);
-    const auto config_size = std::filesystem::file_size(Config_File_Name);
 
     auto first = Start();
     const std::vector<std::string> first_texts = {"Magdec.bgl File",
@@ -80,14 +79,11 @@ TEST(ScanSequence, FirstAndLaterRunOnTheSampleWorld) {
                                                   "Done"};
     EXPECT_EQ(first->ui.Distinct_Status_Texts(), first_texts);
     ASSERT_EQ(first->ui.messages.size(), 3u); // CD prompt, first run, created
-    EXPECT_EQ(first->ui.messages[0].title, "Quilmark v1.1");
-    EXPECT_EQ(first->ui.messages[1].title, "Quilmark Message");
     EXPECT_EQ(first->m->airport_count, 8);
     EXPECT_EQ(first->ui.progress_max, 5);   // four BGL files and one: the bar never fills
     EXPECT_EQ(first->ui.progress_value, 0); // emptied at the end
     EXPECT_EQ(first->ui.control_changes, (std::vector<bool>{false, true}));
     EXPECT_FALSE(first->ui.scan_timer_enabled);
-    EXPECT_EQ(std::filesystem::file_size(Config_File_Name), config_size);
 
     auto later = Start();
     EXPECT_EQ(later->ui.Sorted_List(), first->ui.Sorted_List());
@@ -122,7 +118,7 @@ TEST(ScanSequence, DamagedDatabaseIsReportedAndRebuilt) {
     EXPECT_FALSE(again->form->database_present);
 }
 
-TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
+TEST(ScanSequence, OneCdPromptForManyRemotes) {
     Work_Dir dir("scan-cd");
     Small_World(dir,
                 Area(1, "Airport and Facilities Data", "ap", "[CD]\\a") +
@@ -132,12 +128,6 @@ TEST(ScanSequence, OneCdPromptForManyRemotesNoneWithout) {
     ASSERT_EQ(r->ui.messages.size(), 3u);
     EXPECT_EQ(r->ui.messages[0].title, "Quilmark v1.1");
     EXPECT_EQ(r->ui.messages[1].title, "Quilmark Message");
-
-    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"));
-    std::filesystem::remove(Database_File_Name);
-    auto none = Start();
-    EXPECT_EQ(none->ui.messages.size(), 2u);
-    EXPECT_EQ(none->ui.messages[0].text.substr(0, 22), "This is the first time");
 }
 
 TEST(ScanSequence, AreasQualifyByTitleAndRequiredAndSameFolderRunsOnce) {
@@ -178,20 +168,6 @@ TEST(ScanSequence, EmptyResultsAreNoErrors) {
     EXPECT_EQ(std::filesystem::file_size(Database_File_Name), 64u);
 }
 
-TEST(ScanSequence, CountZeroBesideAFilledDatabaseListsNothing) {
-    Work_Dir dir("scan-count0");
-    Small_World(dir, Area(1, "Airport and Facilities Data", "ap"),
-                {{"ap/scenery/x.bgl", "KXYZ", "X"}});
-    Start();
-    std::filesystem::remove(Config_File_Name);
-    Module1 fresh;
-    ASSERT_EQ(Write_First_Config(fresh, true, dir.Sub("fs")), Config_Status::Ok);
-    auto r = Start();
-    EXPECT_TRUE(r->ui.list.empty());
-    EXPECT_TRUE(r->ui.messages.empty());
-    EXPECT_EQ(r->m->airports.Slot_Count(), 1u);
-}
-
 TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
     Work_Dir dir("scan-missing");
     Small_World(dir, Area(1, "Airport and Facilities Data", "ap"),
@@ -206,7 +182,8 @@ TEST(ScanSequence, MissingSimulatorFilesAreNamedAndTheDatabaseIsKept) {
                                  "headings.",
                              "Quilmark Message", Message_Icon::Information}));
     EXPECT_EQ(first->ui.list, (std::vector<std::string>{"KXYZ (X)"}));
-    const std::string database = Read_Whole_File(Database_File_Name, Max_Database_File_Size).value();
+    const std::string database =
+        Read_Whole_File(Database_File_Name, Max_Database_File_Size).value();
 
     // A damaged path, and a count that no longer fits the database: the path leads to no
     // scenery.cfg, so nothing is built, and the complete database stays as it is. A pipe
