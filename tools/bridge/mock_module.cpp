@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "mock_table.h"
 #include "link/request_list.h"
+#include "mock_table.h"
 
 namespace quilmark {
 
