@@ -733,15 +733,15 @@ Text_Extent_Rec Qt_Surface::Measure_Text(std::string_view text, double size_px, 
 }
 
 size_t Qt_Sprite_Cache::Text_Look_Hash::operator()(const Text_Look& look) const {
-    std::string bytes;
-    Append_Bytes(bytes, look.style.color);
-    Append_Bytes(bytes, look.style.halo);
-    Append_Bytes(bytes, look.style.halo_px);
-    Append_Bytes(bytes, look.style.size_px);
-    Append_Bytes(bytes, look.style.bold);
-    Append_Bytes(bytes, look.pixel_ratio);
-    Append_Bytes(bytes, look.angle_deg);
-    return std::hash<std::string>()(bytes);
+    std::string look_bytes;
+    Append_Bytes(look_bytes, look.style.color);
+    Append_Bytes(look_bytes, look.style.halo);
+    Append_Bytes(look_bytes, look.style.halo_px);
+    Append_Bytes(look_bytes, look.style.size_px);
+    Append_Bytes(look_bytes, look.style.bold);
+    Append_Bytes(look_bytes, look.pixel_ratio);
+    Append_Bytes(look_bytes, look.angle_deg);
+    return std::hash<std::string>()(look_bytes);
 }
 
 const Qt_Sprite_Cache::Text_Sprite*
