@@ -29,9 +29,9 @@ std::string Heading_Text(int heading) {
 std::string Feet_Text(int32_t feet) {
     std::string digits = std::to_string(feet < 0 ? -static_cast<int64_t>(feet) : feet);
     for (int i = static_cast<int>(digits.size()) - 3; i > 0; i -= 3) {
-        digits.insert(static_cast<size_t>(i), ",");
+        digits.insert(static_cast<size_t>(i), 1, ',');
     }
-    return feet < 0 ? "-" + digits : digits;
+    return feet < 0 ? std::string(1, '-').append(digits) : digits;
 }
 
 std::string Runway_Size_Text(int32_t length_ft, int32_t width_ft) {
@@ -65,7 +65,10 @@ std::string Airspace_Frequencies(const std::string& freq_text) {
         if (word == "Mhz" || word == "MHz") {
             continue;
         }
-        result += (result.empty() ? "" : " ") + Frequency_Text(word);
+        if (!result.empty()) {
+            result += ' ';
+        }
+        result += Frequency_Text(word);
     }
     return result;
 }

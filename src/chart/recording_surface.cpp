@@ -100,7 +100,10 @@ std::string Stroke_Text(const Stroke_Rec& stroke) {
     if (!stroke.dashes.empty()) {
         text += " dash ";
         for (size_t i = 0; i < stroke.dashes.size(); ++i) {
-            text += (i == 0 ? "" : ",") + Pixel_Text(stroke.dashes[i]);
+            if (i > 0) {
+                text += ',';
+            }
+            text += Pixel_Text(stroke.dashes[i]);
         }
     }
     return stroke.round ? text + " round" : text;

@@ -125,7 +125,7 @@ Airport_Made Make_Airport(Random& r, const std::string& ident, double lat, doubl
         rw.heading = static_cast<float>(rw.primary_number * 10);
         rw.length_m = static_cast<float>(r.Range(600, 3800));
         if (i == 0 && r.Int(0, 3) == 0) {
-            rw.primary_ils = "I" + ident.substr(1);
+            rw.primary_ils = std::string(1, 'I').append(ident, 1);
             made.ils.push_back(Fs9_Ils_Record(
                 {rw.primary_ils, ident, "", lat, lon, 110300000, rw.heading, false, 4, true}));
         }
