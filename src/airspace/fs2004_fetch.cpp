@@ -27,7 +27,8 @@ void Read_Fs2004_Airspace(Module1& m, Form3_Data& form, Chooser_Form& ui) {
     ui.Set_Progress_Value(0);
     ui.Redraw_Progress();
     for (const Listed_File_Rec& file : files) {
-        if (Load_Bgl_Image(form.bgl_image, file.native_path) && Is_Fs2004_File(form.bgl_image) &&
+        if (Fs2004_File_May_Hold(file.native_path, {Fs2004_Section_Boundaries}) &&
+            Load_Bgl_Image(form.bgl_image, file.native_path) && Is_Fs2004_File(form.bgl_image) &&
             Declares_Fs2004_Section(form.bgl_image, Fs2004_Section_Boundaries)) {
             Decode_Fs2004_Boundaries(form.bgl_image, m.current_airport.lat, m.current_airport.lon,
                                      m.airspaces, m.airspace_count);

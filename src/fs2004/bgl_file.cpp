@@ -1,5 +1,9 @@
 #include "fs2004/bgl_file.h"
 
+#include <algorithm>
+#include <vector>
+
+#include "platform/native_paths.h"
 #include "platform/rounding.h"
 
 namespace quilmark {
@@ -36,6 +40,35 @@ bool Declares_Fs2004_Section(const Bgl_Image& image, uint32_t type) {
     const int64_t count = Fs2004_Section_Count(image);
     for (int64_t i = 0; i < count; ++i) {
         if (Read_Fs2004_Section(image, i).type == type) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Fs2004_File_May_Hold(const std::string& native_path, std::initializer_list<uint32_t> types) {
+    // Room for the header and some 3,000 section pointers; a real file has a handful.
+    constexpr uint64_t Head_Size = 64 * 1024;
+    File_Part_Reader file;
+    if (!file.Open(native_path, static_cast<uint64_t>(Max_Bgl_File_Size))) {
+        return false; // a whole read would refuse it too
+    }
+    std::vector<uint8_t> head(static_cast<size_t>(std::min(file.Size(), Head_Size)));
+    if (!file.Take(head.data(), head.size())) {
+        return false;
+    }
+    Bgl_Image image;
+    Set_Bgl_Image(image, std::move(head));
+    if (!Is_Fs2004_File(image)) {
+        return false;
+    }
+    const int64_t table_end =
+        Fs2004_Section_Table + int64_t{Read_U32(image, 20)} * Fs2004_Section_Pointer_Size;
+    if (table_end > Bgl_File_Length(image) && file.Size() > Head_Size) {
+        return true;
+    }
+    for (const uint32_t type : types) {
+        if (Declares_Fs2004_Section(image, type)) {
             return true;
         }
     }

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 
 #include "bgl/bgl_image.h"
@@ -53,6 +54,13 @@ int64_t Fs2004_Section_Count(const Bgl_Image& image);
 Fs2004_Section_Rec Read_Fs2004_Section(const Bgl_Image& image, int64_t index);
 // True if the header declares a section of this type.
 bool Declares_Fs2004_Section(const Bgl_Image& image, uint32_t type);
+
+// Whether the file at native_path may be read for sections of these types: false when its
+// first bytes show a file that is not of this format, or a section table that declares
+// none of them; true when it does, or when the table runs past the bytes read first (the
+// whole file then decides). The scenery areas of an FS2004 world hold large terrain and
+// object files; these are not read whole to learn that they hold no airport or boundary.
+bool Fs2004_File_May_Hold(const std::string& native_path, std::initializer_list<uint32_t> types);
 
 // Calls visit(first_record, record_count) for each subsection entry of every section of
 // the given type (any type but the boundaries, whose index differs). visit returns false

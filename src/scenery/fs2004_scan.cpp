@@ -64,7 +64,10 @@ void Scan_Fs2004_Areas(Module1& m, Form3_Data& form, Chooser_Form& ui) {
         ui.Show_Status(area.Title);
         reading.layers.emplace_back(); // each area is one layer
         for (const Listed_File_Rec& file : List_Folder_Files(form.drives, area.Local, "*.bgl")) {
-            if (Load_Bgl_Image(form.bgl_image, file.native_path)) {
+            if (Fs2004_File_May_Hold(
+                    file.native_path,
+                    {Fs2004_Section_Airports, Fs2004_Section_Navaids, Fs2004_Section_Names}) &&
+                Load_Bgl_Image(form.bgl_image, file.native_path)) {
                 Read_Fs2004_File(form.bgl_image, reading);
             }
             ui.Set_Progress_Value(ui.Progress_Value() + 1);

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "bgl_writer/fs2004_writer.h"
+#include "fs2004/bgl_file.h"
 #include "fs2004/boundaries.h"
+#include "support/work_dir.h"
 
 namespace quilmark {
 
@@ -103,6 +105,24 @@ TEST(Fs2004Boundaries, ClassTextsOfTheClassicChart) {
         EXPECT_EQ(Fs2004_Class_Text(static_cast<uint8_t>(type)), type <= 5 ? texts[type] : "")
             << type;
     }
+}
+
+TEST(Fs2004Files, OnlyFilesDeclaringAWantedSectionAreReadWhole) {
+    const std::string path = Temp_File("head.bgl");
+    auto may_hold = [&](const Bytes& bytes, std::initializer_list<uint32_t> types) {
+        Write_File(path, bytes);
+        return Fs2004_File_May_Hold(path, types);
+    };
+    const Bytes boundaries = Build_Fs2004({{0x20, {{}}}});
+    EXPECT_TRUE(may_hold(boundaries, {0x03, 0x20}));
+    EXPECT_FALSE(may_hold(boundaries, {0x03}));
+    EXPECT_FALSE(may_hold(Bytes(0x38, 0), {0x20})); // not of this format
+    // A table of 4,000 pointers runs past the bytes read first: the whole file decides.
+    Bytes long_table = boundaries;
+    long_table[20] = 0xA0, long_table[21] = 0x0F;
+    long_table.resize(0x38 + 4000 * 20);
+    EXPECT_TRUE(may_hold(long_table, {0x03}));
+    EXPECT_FALSE(Fs2004_File_May_Hold(path + ".missing", {0x20}));
 }
 
 } // namespace quilmark
